@@ -1,0 +1,37 @@
+#pragma once
+
+namespace ventaro {
+
+/// Owns one file descriptor and closes it. Not for sharing between threads.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+    ~FileDescriptor() { reset(); }
+    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(other.release()) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        if (this != &other) {
+            reset(other.release());
+        }
+        return *this;
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    int get() const { return descriptor_; }
+    explicit operator bool() const { return descriptor_ >= 0; }
+
+    /// Gives the descriptor up without closing it.
+    int release() {
+        const int descriptor = descriptor_;
+        descriptor_ = -1;
+        return descriptor;
+    }
+    /// Closes the descriptor and owns `descriptor` from now on; keeps errno.
+    void reset(int descriptor = -1);
+
+private:
+    int descriptor_ = -1;
+};
+
+} // namespace ventaro

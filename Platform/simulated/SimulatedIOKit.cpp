@@ -1,0 +1,131 @@
+#include "SimulatedIOKit.h"
+
+#include "SmcWire.h"
+#include "UnixSocket.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+namespace ventaro {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr IOObject serviceObject = 1;
+
+bool waitUntilReadable(int socket, Clock::time_point deadline) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        pollfd entry{socket, POLLIN, 0};
+        const int ready = ::poll(&entry, 1, static_cast<int>(std::max<long>(0, left.count())));
+        if (ready > 0) {
+            return true;
+        }
+        if (ready == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+}
+
+} // namespace
+
+SimulatedIOKit::SimulatedIOKit(std::filesystem::path socketPath, std::chrono::milliseconds deadline)
+    : socketPath_(std::move(socketPath)), deadline_(deadline) {}
+
+IOServiceMatch SimulatedIOKit::serviceMatching(std::string_view className) { return {className}; }
+
+IOObject SimulatedIOKit::serviceGetMatchingService(const IOServiceMatch& matching) {
+    return matching.className == SmcWire::serviceName && connect() ? serviceObject : 0;
+}
+
+KernelReturn SimulatedIOKit::serviceOpen(IOObject service, std::uint32_t /*type*/,
+                                         IOConnection& connection) {
+    if (service != serviceObject) {
+        return kIOReturnBadArgument;
+    }
+    auto client = std::make_shared<UserClient>();
+    client->socket = connect();
+    if (!client->socket) {
+        return kIOReturnNoDevice;
+    }
+    const std::lock_guard guard(lock_);
+    connection = ++lastHandle_;
+    clients_.emplace(connection, std::move(client));
+    return kIOReturnSuccess;
+}
+
+KernelReturn SimulatedIOKit::objectRelease(IOObject object) {
+    return object == serviceObject ? kIOReturnSuccess : kIOReturnBadArgument;
+}
+
+KernelReturn SimulatedIOKit::serviceClose(IOConnection connection) {
+    const std::lock_guard guard(lock_);
+    return clients_.erase(connection) == 1 ? kIOReturnSuccess : kIOReturnBadArgument;
+}
+
+KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
+                                                     std::uint32_t selector, const void* input,
+                                                     std::size_t inputSize, void* output,
+                                                     std::size_t& outputSize) {
+    const auto client = find(connection);
+    if (!client) {
+        return kIOReturnNotOpen;
+    }
+    if (inputSize > SmcWire::maximumBlockSize || outputSize > SmcWire::maximumBlockSize) {
+        return kIOReturnBadArgument;
+    }
+    const auto deadline = Clock::now() + deadline_;
+    const std::lock_guard guard(client->lock);
+
+    std::array<std::byte, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> packet;
+    const SmcWire::RequestHeader request{selector, static_cast<std::uint32_t>(outputSize)};
+    std::memcpy(packet.data(), &request, sizeof request);
+    std::memcpy(packet.data() + sizeof request, input, inputSize);
+
+    // A connection that the service closed is only noticed here; one fresh try is what "the
+    // service came back below the same handle" needs.
+    const std::size_t packetSize = sizeof request + inputSize;
+    const auto send = [&] {
+        return client->socket && ::send(client->socket.get(), packet.data(), packetSize,
+                                        MSG_NOSIGNAL) == static_cast<ssize_t>(packetSize);
+    };
+    if (!send()) {
+        client->socket = connect();
+        if (!send()) {
+            client->socket.reset();
+            return kIOReturnNoDevice;
+        }
+    }
+    if (!waitUntilReadable(client->socket.get(), deadline)) {
+        // A late answer must not be taken for the next one.
+        client->socket.reset();
+        return kIOReturnTimeout;
+    }
+    const ssize_t received = ::recv(client->socket.get(), packet.data(), packet.size(), 0);
+    SmcWire::AnswerHeader answer{};
+    if (received < static_cast<ssize_t>(sizeof answer)) {
+        client->socket.reset();
+        return kIOReturnNoDevice;
+    }
+    std::memcpy(&answer, packet.data(), sizeof answer);
+    outputSize = std::min(outputSize, static_cast<std::size_t>(received) - sizeof answer);
+    std::memcpy(output, packet.data() + sizeof answer, outputSize);
+    return answer.kernelReturn;
+}
+
+FileDescriptor SimulatedIOKit::connect() const {
+    return connectToUnixSocket(socketPath_, SOCK_SEQPACKET, deadline_);
+}
+
+std::shared_ptr<SimulatedIOKit::UserClient> SimulatedIOKit::find(IOConnection connection) {
+    const std::lock_guard guard(lock_);
+    const auto found = clients_.find(connection);
+    return found == clients_.end() ? nullptr : found->second;
+}
+
+} // namespace ventaro

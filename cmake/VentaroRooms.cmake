@@ -1,0 +1,31 @@
+# Every folder is a room: one static library with its own include folder. A room sees exactly the
+# rooms it links, so an include in the wrong direction does not compile.
+
+add_library(ventaro_options INTERFACE)
+target_compile_options(ventaro_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+if(VENTARO_SANITIZE)
+  set(sanitize -fsanitize=${VENTARO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(ventaro_options INTERFACE ${sanitize})
+  target_link_options(ventaro_options INTERFACE ${sanitize})
+endif()
+if(VENTARO_FUZZ)
+  target_compile_options(ventaro_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# ventaro_room(NAME SOURCES ... LINKS ... [PRIVATE_LINKS ...])
+function(ventaro_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ROOM_LINKS} PRIVATE ventaro_options ${ROOM_PRIVATE_LINKS})
+endfunction()
+
+# ventaro_program(NAME LINKS ...): main.cpp of this folder, the only file outside a library.
+function(ventaro_program name)
+  cmake_parse_arguments(PROGRAM "" "" "LINKS" ${ARGN})
+  add_executable(${name} main.cpp)
+  target_link_libraries(${name} PRIVATE ventaro_options ${PROGRAM_LINKS})
+  target_compile_definitions(${name} PRIVATE VENTARO_VERSION="${PROJECT_VERSION}")
+endfunction()
