@@ -1,0 +1,84 @@
+#include "HelperIPC.h"
+
+#include "JsonObject.h"
+
+#include <array>
+#include <utility>
+
+namespace ventaro {
+
+namespace {
+
+constexpr std::array<std::pair<HelperAction, std::string_view>, 4> actions{{
+    {HelperAction::ping, "ping"},
+    {HelperAction::setFanRPM, "setFanRPM"},
+    {HelperAction::resetFanAuto, "resetFanAuto"},
+    {HelperAction::resetAllAuto, "resetAllAuto"},
+}};
+
+} // namespace
+
+std::string_view rawValue(HelperAction action) {
+    for (const auto& [candidate, raw] : actions) {
+        if (candidate == action) {
+            return raw;
+        }
+    }
+    return {};
+}
+
+std::optional<HelperAction> helperActionFromRawValue(std::string_view raw) {
+    for (const auto& [action, candidate] : actions) {
+        if (candidate == raw) {
+            return action;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string encodeJson(const HelperRequest& request) {
+    JsonObjectWriter object;
+    object.string("action", rawValue(request.action));
+    if (request.fanIndex) {
+        object.integer("fanIndex", *request.fanIndex);
+    }
+    if (request.rpm) {
+        object.number("rpm", *request.rpm);
+    }
+    return object.text();
+}
+
+HelperRequest decodeHelperRequest(std::string_view json) {
+    const JsonObjectReader object(json);
+    const auto action = helperActionFromRawValue(object.string("action"));
+    if (!action) {
+        throw DecodingError(DecodingError::Reason::unknownValue, "action");
+    }
+    HelperRequest request{*action, std::nullopt, std::nullopt};
+    if (object.has("fanIndex")) {
+        request.fanIndex = object.integer("fanIndex");
+    }
+    if (object.has("rpm")) {
+        request.rpm = object.number("rpm");
+    }
+    return request;
+}
+
+std::string encodeJson(const HelperResponse& response) {
+    return JsonObjectWriter()
+        .boolean("success", response.success)
+        .string("message", response.message)
+        .integer("version", response.version)
+        .text();
+}
+
+HelperResponse decodeHelperResponse(std::string_view json) {
+    const JsonObjectReader object(json);
+    return {object.boolean("success"), object.string("message"), object.integer("version")};
+}
+
+bool isUsableHelper(const HelperResponse& pingResponse) {
+    return pingResponse.success && pingResponse.version == HelperConstants::protocolVersion;
+}
+
+} // namespace ventaro

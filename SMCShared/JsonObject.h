@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace ventaro {
+
+/// A value that JSON cannot carry. `what()` is a German sentence.
+class EncodingError : public std::runtime_error {
+public:
+    explicit EncodingError(std::string member);
+    const std::string& member() const { return member_; }
+
+private:
+    std::string member_;
+};
+
+/// A text that is not the record it should be. `what()` is a German sentence naming the member.
+class DecodingError : public std::runtime_error {
+public:
+    enum class Reason { malformed, missing, wrongType, outOfRange, unknownValue, repeated };
+
+    DecodingError(Reason reason, std::string member);
+    Reason reason() const { return reason_; }
+    /// The member at fault; empty if the text is no JSON object at all.
+    const std::string& member() const { return member_; }
+
+private:
+    Reason reason_;
+    std::string member_;
+};
+
+/// The members of one JSON object, read strictly: every accessor throws DecodingError for a member
+/// that is missing or of another JSON type (null is one, true and 1.0 are no integers). Members
+/// nobody asks for are ignored. Immutable.
+class JsonObjectReader {
+public:
+    /// `text` must be exactly one JSON object.
+    explicit JsonObjectReader(std::string_view text);
+
+    bool has(std::string_view member) const { return members_.find(member) != members_.end(); }
+    bool boolean(std::string_view member) const;
+    std::int64_t integer(std::string_view member) const;
+    double number(std::string_view member) const;
+    const std::string& string(std::string_view member) const;
+
+    struct Other {}; ///< null, an array or an object
+    using Value = std::variant<Other, bool, std::int64_t, std::uint64_t, double, std::string>;
+
+private:
+    const Value& find(std::string_view member) const;
+
+    std::map<std::string, Value, std::less<>> members_;
+};
+
+/// Builds one compact JSON object, members in the order of the calls.
+class JsonObjectWriter {
+public:
+    JsonObjectWriter& boolean(std::string_view member, bool value);
+    JsonObjectWriter& integer(std::string_view member, std::int64_t value);
+    /// Throws EncodingError for a value that is not finite.
+    JsonObjectWriter& number(std::string_view member, double value);
+    /// Bytes that are not UTF-8 are replaced by U+FFFD.
+    JsonObjectWriter& string(std::string_view member, std::string_view value);
+
+    /// The finished object.
+    std::string text() const { return text_ + '}'; }
+
+private:
+    void key(std::string_view member);
+
+    std::string text_ = "{";
+};
+
+} // namespace ventaro

@@ -1,0 +1,136 @@
+#include "SMCService.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ventaro {
+
+namespace {
+
+constexpr const char* fanCountKey = "FNum";
+constexpr const char* forceMaskKey = "FS! ";
+constexpr int forceMaskBits = 16;
+constexpr int defaultFanCount = 2;
+
+std::string fanKey(int fanIndex, const char* suffix) {
+    return "F" + std::to_string(fanIndex) + suffix;
+}
+
+// Limits of the 16-inch MacBook Pro of 2019 (8-core), for a machine that does not tell its own.
+constexpr double defaultMinimum(int fanIndex) { return fanIndex == 0 ? 1836 : 1700; }
+constexpr double defaultMaximum(int fanIndex) { return fanIndex == 0 ? 5616 : 5200; }
+
+/// A limit that is not a number bounds nothing, so a write falls back to the default for it too.
+double limitOr(std::optional<double> limit, double fallback) {
+    return limit && std::isfinite(*limit) ? *limit : fallback;
+}
+
+std::uint16_t forceBit(int fanIndex) {
+    return fanIndex >= 0 && fanIndex < forceMaskBits ? static_cast<std::uint16_t>(1U << fanIndex)
+                                                     : std::uint16_t{0};
+}
+
+} // namespace
+
+std::string SMCService::fanName(int fanIndex, int fanCount) {
+    if (fanCount == 2 && fanIndex == 0) {
+        return "Linker Lüfter (CPU)";
+    }
+    if (fanCount == 2 && fanIndex == 1) {
+        return "Rechter Lüfter (GPU)";
+    }
+    return "Lüfter " + std::to_string(fanIndex + 1);
+}
+
+int SMCService::fanCount() {
+    const double count = readDouble(fanCountKey).value_or(defaultFanCount);
+    // FNum is a "ui8 " on every known machine; NaN fails the comparison as well.
+    constexpr double mostFans = 255;
+    if (!(count >= 0 && count <= mostFans)) {
+        return defaultFanCount;
+    }
+    return static_cast<int>(count);
+}
+
+std::vector<FanReading> SMCService::readFans() {
+    const int count = fanCount();
+    std::vector<FanReading> fans;
+    fans.reserve(static_cast<std::size_t>(count));
+    for (int index = 0; index < count; ++index) {
+        FanReading fan;
+        fan.id = index;
+        fan.name = fanName(index, count);
+        fan.currentRPM = readDouble(fanKey(index, "Ac")).value_or(0);
+        fan.minRPM = readDouble(fanKey(index, "Mn")).value_or(defaultMinimum(index));
+        fan.maxRPM = readDouble(fanKey(index, "Mx")).value_or(defaultMaximum(index));
+        fan.targetRPM = readDouble(fanKey(index, "Tg")).value_or(fan.currentRPM);
+        const double mode = readDouble(fanKey(index, "Md")).value_or(0);
+        fan.mode = std::trunc(mode) == 1 ? FanMode::forced : FanMode::automatic;
+        fans.push_back(std::move(fan));
+    }
+    return fans;
+}
+
+std::optional<double> SMCService::readFanTargetRPM(int fanIndex) {
+    return readDouble(fanKey(fanIndex, "Tg"));
+}
+
+bool SMCService::answers(std::string_view key) {
+    try {
+        readKeyRaw(key);
+        return true;
+    } catch (const SMCError&) {
+        return false;
+    }
+}
+
+std::optional<std::uint16_t> SMCService::readForceMask() {
+    try {
+        const SMCRawValue raw = readKeyRaw(forceMaskKey);
+        if (raw.bytes.size() >= 2) {
+            return static_cast<std::uint16_t>(raw.bytes[0] << 8U | raw.bytes[1]);
+        }
+    } catch (const SMCError&) {
+        // A machine without the key has no mode to write.
+    }
+    return std::nullopt;
+}
+
+void SMCService::setFanTargetRPM(int fanIndex, double rpm) {
+    const double minimum = limitOr(readDouble(fanKey(fanIndex, "Mn")), defaultMinimum(fanIndex));
+    const double maximum = limitOr(readDouble(fanKey(fanIndex, "Mx")), defaultMaximum(fanIndex));
+    const double target = std::min(maximum, std::max(minimum, rpm));
+    const std::string modeKey = fanKey(fanIndex, "Md");
+    if (answers(modeKey)) {
+        writeValue(modeKey, static_cast<double>(rawValue(FanMode::forced)));
+    } else if (const auto mask = readForceMask()) {
+        writeValue(forceMaskKey, *mask | forceBit(fanIndex));
+    }
+    writeValue(fanKey(fanIndex, "Tg"), target);
+}
+
+void SMCService::resetFanToAutomatic(int fanIndex) {
+    const std::string modeKey = fanKey(fanIndex, "Md");
+    if (answers(modeKey)) {
+        writeValue(modeKey, static_cast<double>(rawValue(FanMode::automatic)));
+    } else if (const auto mask = readForceMask()) {
+        writeValue(forceMaskKey, *mask & ~forceBit(fanIndex));
+    }
+}
+
+void SMCService::resetAllFansToAutomatic() {
+    const int count = fanCount();
+    std::optional<SMCError> last;
+    for (int index = 0; index < count; ++index) {
+        try {
+            resetFanToAutomatic(index);
+        } catch (const SMCError& error) {
+            last = error;
+        }
+    }
+    if (last) {
+        throw SMCError(*last);
+    }
+}
+
+} // namespace ventaro
