@@ -1,0 +1,10 @@
+#pragma once
+
+namespace ventaro::EmbeddedFiles {
+
+/// data/macbookpro16_1.keys: the keys of the machine that is simulated.
+extern const char* const keyTable;
+/// data/com.ventaro.helper.plist: the daemon of a machine that comes with the helper installed.
+extern const char* const helperPropertyList;
+
+} // namespace ventaro::EmbeddedFiles

@@ -1,0 +1,365 @@
+#include "Simulator.h"
+
+#include "ControlChannel.h"
+#include "EventLoop.h"
+#include "HelperIPC.h"
+#include "Launchd.h"
+#include "MachineClock.h"
+#include "MachineFolder.h"
+#include "NumberFormat.h"
+#include "ProcessTree.h"
+#include "SmcServer.h"
+#include "SmcWire.h"
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+
+namespace ventaro {
+
+namespace {
+
+std::string environmentEntry(const char* name, const std::string& value) {
+    return std::string(name) + "=" + value;
+}
+
+std::string searchPath(const MachineRoot& root) {
+    const char* path = std::getenv("PATH");
+    return root.resolve("/usr/bin").string() + ":" + (path != nullptr ? path : "/usr/bin:/bin");
+}
+
+/// What every process of the machine is told.
+std::vector<std::string> machineEnvironment(const MachineRoot& root, const char* access) {
+    return {environmentEntry(MachineRoot::environmentVariable, root.folder()),
+            environmentEntry(SmcWire::accessVariable, access),
+            environmentEntry("PATH", searchPath(root))};
+}
+
+std::filesystem::path bundledHelper() {
+    const auto helper =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "VentaroHelper";
+    if (!std::filesystem::exists(helper)) {
+        throw std::runtime_error("the helper is missing: " + helper.string());
+    }
+    return helper;
+}
+
+FileDescriptor takeSignals() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) {
+        ::sigaddset(&signals, signal);
+    }
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    FileDescriptor descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (!descriptor) {
+        throw std::system_error(errno, std::generic_category(), "signalfd");
+    }
+    return descriptor;
+}
+
+/// A simulated MacBook while it is switched on.
+class RunningMachine {
+public:
+    explicit RunningMachine(const SimulatorOptions& options);
+
+    int run();
+
+private:
+    static constexpr std::chrono::milliseconds tickInterval{100};
+    static constexpr std::chrono::seconds helperPatience{5};
+    static constexpr std::chrono::seconds commandPatience{5};
+
+    void tick();
+    void bringUpToDate();
+    void startCommandOnceHelperServes(std::chrono::milliseconds waited);
+    void startCommand();
+    void handleSignal();
+    void reapChildren();
+    void endCommand(int signal);
+    static void endAllProcesses();
+    CommandResult perform(const Command& command);
+    CommandResult performLaunchctl(const Command& command);
+    std::string status() const;
+
+    const SimulatorOptions options_;
+    FileDescriptor signals_;
+    MachineFolder folder_;
+    MachineClock clock_;
+    SimulatedSmc smc_;
+    EventLoop loop_;
+    SmcServer server_;
+    Launchd launchd_;
+    ControlChannel control_;
+    pid_t command_ = 0;
+    int exitCode_ = EXIT_SUCCESS;
+};
+
+RunningMachine::RunningMachine(const SimulatorOptions& options)
+    : options_(options),
+      signals_(takeSignals()),
+      folder_(options.root),
+      clock_(options.stepped ? MachineClock::stepped() : MachineClock::scaled(options.timeScale)),
+      smc_(options.machine),
+      server_(loop_, smc_, folder_.root(), [this] { bringUpToDate(); }),
+      launchd_(loop_, clock_, folder_.root(),
+               machineEnvironment(folder_.root(), SmcWire::rootAccess)),
+      control_(loop_, folder_.root(), [this](const Command& command) { return perform(command); }) {
+    smc_.faults().addAll(options.faults);
+    server_.applyServiceFault();
+    if (options.helperInstalled) {
+        folder_.installHelper(bundledHelper());
+    } else {
+        folder_.removeHelper();
+    }
+}
+
+int RunningMachine::run() {
+    becomeSubreaper();
+    loop_.watch(signals_.get(), [this] { handleSignal(); });
+    launchd_.loadInstalledDaemons();
+    tick();
+    if (options_.command.empty()) {
+        std::printf("The simulated MacBook is on. To use it from another terminal:\n"
+                    "  export %s=%s\nCtrl-C switches it off.\n",
+                    MachineRoot::environmentVariable, folder_.root().folder().c_str());
+        std::fflush(stdout);
+    } else {
+        startCommandOnceHelperServes(std::chrono::milliseconds(0));
+    }
+    loop_.run();
+    endAllProcesses();
+    return exitCode_;
+}
+
+void RunningMachine::tick() {
+    bringUpToDate();
+    launchd_.startDueJobs();
+    loop_.after(tickInterval, [this] { tick(); });
+}
+
+void RunningMachine::bringUpToDate() { smc_.advanceTo(clock_.now()); }
+
+void RunningMachine::startCommandOnceHelperServes(std::chrono::milliseconds waited) {
+    constexpr std::chrono::milliseconds pause(10);
+    const auto socket = folder_.root().resolve(HelperConstants::socketPath);
+    if (!options_.helperInstalled || waited >= helperPatience || std::filesystem::exists(socket)) {
+        startCommand();
+        return;
+    }
+    loop_.after(pause, [this, waited, pause] { startCommandOnceHelperServes(waited + pause); });
+}
+
+void RunningMachine::startCommand() {
+    ChildProcess child;
+    child.arguments = options_.command;
+    child.environment = machineEnvironment(folder_.root(), "user");
+    child.environment.push_back(environmentEntry("HOME", folder_.home()));
+    try {
+        command_ = startChild(child);
+    } catch (const std::system_error& error) {
+        std::fprintf(stderr, "VentaroSimulator: %s\n", error.what());
+        constexpr int commandNotFound = 127; // as a shell would say
+        exitCode_ = commandNotFound;
+        loop_.stop();
+    }
+}
+
+void RunningMachine::handleSignal() {
+    signalfd_siginfo info{};
+    while (::read(signals_.get(), &info, sizeof info) == sizeof info) {
+        const int signal = static_cast<int>(info.ssi_signo);
+        if (signal == SIGCHLD) {
+            reapChildren();
+        } else if (command_ != 0) {
+            // Ctrl-C has reached the command, too, which may want to clean up.
+            endCommand(signal == SIGINT ? 0 : SIGTERM);
+        } else {
+            loop_.stop();
+        }
+    }
+}
+
+void RunningMachine::endCommand(int signal) {
+    if (signal != 0) {
+        ::kill(command_, signal);
+    }
+    loop_.after(commandPatience, [this, signal] {
+        if (command_ != 0) {
+            endCommand(signal == 0 ? SIGTERM : SIGKILL);
+        }
+    });
+}
+
+void RunningMachine::reapChildren() {
+    int waitStatus = 0;
+    for (pid_t pid = 0; (pid = ::waitpid(-1, &waitStatus, WNOHANG)) > 0;) {
+        if (pid == command_) {
+            constexpr int killedBase = 128; // as a shell counts
+            command_ = 0;
+            exitCode_ = WIFSIGNALED(waitStatus) ? killedBase + WTERMSIG(waitStatus)
+                                                : WEXITSTATUS(waitStatus);
+            loop_.stop();
+        } else {
+            launchd_.childEnded(pid, waitStatus);
+        }
+    }
+}
+
+void RunningMachine::endAllProcesses() {
+    constexpr int rounds = 200;
+    constexpr useconds_t pause = 10000; // µs
+    for (int round = 0; round < rounds; ++round) {
+        while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+        }
+        const std::vector<pid_t> children = livingChildren();
+        if (children.empty()) {
+            return;
+        }
+        const bool isLate = round > rounds / 2;
+        for (const pid_t child : children) {
+            if (round == 0 || isLate) {
+                ::kill(child, isLate ? SIGKILL : SIGTERM);
+            }
+        }
+        ::usleep(pause);
+    }
+}
+
+std::string RunningMachine::status() const {
+    std::string text = "time " + formatFixed(std::chrono::duration<double>(smc_.now()).count(), 2) +
+                       " s\ncpu " + formatFixed(smc_.model().temperature(ThermalNode::cpuDie), 2) +
+                       " °C\ngpu " + formatFixed(smc_.model().temperature(ThermalNode::gpuDie), 2) +
+                       " °C\npower " + formatFixed(smc_.model().drawn().total(), 2) +
+                       " W\nthrottling " + (smc_.model().isThrottling() ? "yes" : "no") + '\n';
+    for (const SimulatedFan& fan : smc_.fans()) {
+        text += "fan " + formatFixed(fan.speed, 1) + " RPM, target " + formatFixed(fan.target, 1) +
+                " RPM, " + (fan.forced ? "forced" : "automatic") + '\n';
+    }
+    return text;
+}
+
+CommandResult RunningMachine::perform(const Command& command) try {
+    const std::string& verb = command.at(0);
+    if (verb == "launchctl") {
+        return performLaunchctl(command);
+    }
+    if (verb == "status" && command.size() == 1) {
+        bringUpToDate();
+        return {EXIT_SUCCESS, status()};
+    }
+    if (verb == "step" && command.size() == 2) {
+        constexpr double longest = 86400; // s
+        const std::string& text = command[1];
+        double seconds = 0;
+        const auto result = std::from_chars(text.data(), text.data() + text.size(), seconds);
+        if (result.ec != std::errc{} || result.ptr != text.data() + text.size() ||
+            !(seconds >= 0 && seconds <= longest)) {
+            throw std::invalid_argument("step takes 0 to 86400 seconds");
+        }
+        if (!clock_.isStepped()) {
+            throw std::invalid_argument("the clock of this machine runs by itself");
+        }
+        clock_.step(std::chrono::milliseconds(std::llround(seconds * 1000)));
+        bringUpToDate();
+        launchd_.startDueJobs();
+        return {};
+    }
+    if (verb == "workload" && command.size() == 2) {
+        const auto workload = workloadFromName(command[1]);
+        if (!workload) {
+            throw std::invalid_argument("\"" + command[1] + "\" is no workload");
+        }
+        bringUpToDate();
+        smc_.setWorkload(*workload);
+        return {};
+    }
+    if (verb == "fault" && command.size() > 1) {
+        std::string line;
+        for (std::size_t word = 1; word < command.size(); ++word) {
+            line += "\"" + command[word] + "\" ";
+        }
+        smc_.faults().add(line);
+        server_.applyServiceFault();
+        return {};
+    }
+    if (verb == "clear" && command.size() == 1) {
+        smc_.faults().clear();
+        server_.applyServiceFault();
+        return {};
+    }
+    throw std::invalid_argument("no such command");
+} catch (const std::exception& error) {
+    return {EXIT_FAILURE, std::string(error.what()) + '\n'};
+}
+
+CommandResult RunningMachine::performLaunchctl(const Command& command) {
+    if (command.size() == 2 && command[1] == "list") {
+        return {EXIT_SUCCESS, launchd_.list()};
+    }
+    std::string verb; // everything but the file
+    for (std::size_t word = 1; word + 1 < command.size(); ++word) {
+        verb += (word == 1 ? "" : " ") + command[word];
+    }
+    if (verb == "bootstrap system" || verb == "load" || verb == "load -w") {
+        launchd_.bootstrap(command.back());
+        return {};
+    }
+    if (verb == "bootout system" || verb == "unload" || verb == "unload -w") {
+        launchd_.bootout(command.back());
+        return {};
+    }
+    throw std::invalid_argument("launchctl: unrecognised subcommand or wrong arguments");
+}
+
+MachineRoot machineOfEnvironment() {
+    auto choice = chooseMachineRoot(std::getenv(MachineRoot::environmentVariable), false);
+    if (!choice.simulated) {
+        throw std::runtime_error(std::string(MachineRoot::environmentVariable) +
+                                 " names no simulated machine");
+    }
+    return std::move(*choice.simulated);
+}
+
+int printResult(const CommandResult& result) {
+    std::fputs(result.text.c_str(), result.exitCode == EXIT_SUCCESS ? stdout : stderr);
+    return result.exitCode;
+}
+
+} // namespace
+
+const char* const controlHelp = "  step SECONDS    move a stepped clock on\n"
+                                "  workload NAME   change the workload\n"
+                                "  fault FAULT     add a fault, one line of a fault file\n"
+                                "  clear           take all faults away\n"
+                                "  status          print the machine's state\n";
+
+int runSimulator(const SimulatorOptions& options) { return RunningMachine(options).run(); }
+
+int controlMachine(const std::vector<std::string>& command) {
+    return printResult(sendCommand(machineOfEnvironment(), command));
+}
+
+int launchctl(const std::vector<std::string>& arguments) {
+    const char* access = std::getenv(SmcWire::accessVariable);
+    if (access == nullptr || std::string_view(access) != SmcWire::rootAccess) {
+        std::fputs("launchctl: operation not permitted, root is required\n", stderr);
+        return EXIT_FAILURE;
+    }
+    Command command{"launchctl"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return controlMachine(command);
+}
+
+} // namespace ventaro
