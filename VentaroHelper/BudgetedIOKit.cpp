@@ -1,0 +1,38 @@
+#include "BudgetedIOKit.h"
+
+namespace ventaro {
+
+void BudgetedIOKit::restart(std::chrono::milliseconds budget) {
+    end_ = std::chrono::steady_clock::now() + budget;
+}
+
+bool BudgetedIOKit::isUsedUp() const { return std::chrono::steady_clock::now() >= end_; }
+
+IOServiceMatch BudgetedIOKit::serviceMatching(std::string_view className) {
+    return inner_.serviceMatching(className);
+}
+
+IOObject BudgetedIOKit::serviceGetMatchingService(const IOServiceMatch& matching) {
+    return isUsedUp() ? 0 : inner_.serviceGetMatchingService(matching);
+}
+
+KernelReturn BudgetedIOKit::serviceOpen(IOObject service, std::uint32_t type,
+                                        IOConnection& connection) {
+    return isUsedUp() ? kIOReturnTimeout : inner_.serviceOpen(service, type, connection);
+}
+
+KernelReturn BudgetedIOKit::objectRelease(IOObject object) { return inner_.objectRelease(object); }
+
+KernelReturn BudgetedIOKit::serviceClose(IOConnection connection) {
+    return inner_.serviceClose(connection);
+}
+
+KernelReturn BudgetedIOKit::connectCallStructMethod(IOConnection connection, std::uint32_t selector,
+                                                    const void* input, std::size_t inputSize,
+                                                    void* output, std::size_t& outputSize) {
+    return isUsedUp() ? kIOReturnTimeout
+                      : inner_.connectCallStructMethod(connection, selector, input, inputSize,
+                                                       output, outputSize);
+}
+
+} // namespace ventaro

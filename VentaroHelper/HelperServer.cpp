@@ -1,0 +1,256 @@
+#include "HelperServer.h"
+
+#include "JsonObject.h"
+#include "UnixSocket.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+namespace ventaro {
+
+namespace {
+
+constexpr mode_t socketMode = 0666; // peer credentials decide, not the file's mode
+
+/// Holds a lock on a file beside the socket for the whole life of an instance, so that of two that
+/// start at the same time only one replaces the socket file.
+FileDescriptor lockInstance(std::filesystem::path socketPath) {
+    const std::filesystem::path path = socketPath.replace_extension(".lock");
+    FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!lock) {
+        throw std::system_error(errno, std::generic_category(), path.string());
+    }
+    if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+        throw std::runtime_error("another instance of the helper is running (it holds " +
+                                 path.string() + ")");
+    }
+    return lock;
+}
+
+FileDescriptor replaceStaleSocket(const std::filesystem::path& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) == 0) {
+        if (!S_ISSOCK(status.st_mode)) {
+            throw std::runtime_error(path.string() + " exists and is not a socket");
+        }
+        if (::unlink(path.c_str()) != 0) {
+            throw std::system_error(errno, std::generic_category(), path.string());
+        }
+    }
+    return listenOnUnixSocket(path, SOCK_STREAM, socketMode);
+}
+
+bool isOutOfResources(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
+} // namespace
+
+HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
+                           const HelperLog& log)
+    : options_(std::move(options)),
+      handler_(std::move(handler)),
+      mayConnect_(std::move(mayConnect)),
+      log_(log),
+      instanceLock_(lockInstance(options_.socketPath)),
+      listener_(replaceStaleSocket(options_.socketPath)) {}
+
+HelperServer::~HelperServer() { ::unlink(options_.socketPath.c_str()); }
+
+void HelperServer::run(int stopDescriptor) {
+    std::vector<pollfd> pollSet;
+    for (;;) {
+        fillPollSet(pollSet, stopDescriptor);
+        const int ready = ::poll(pollSet.data(), static_cast<nfds_t>(pollSet.size()),
+                                 millisecondsToNextDeadline());
+        if (ready < 0 && errno != EINTR) {
+            throw std::system_error(errno, std::generic_category(), "poll");
+        }
+        if (ready > 0) {
+            if (pollSet[0].revents != 0) {
+                connections_.clear();
+                return;
+            }
+            for (std::size_t index = 0; index < connections_.size(); ++index) {
+                if (pollSet[index + 2].revents != 0) {
+                    serve(connections_[index]);
+                }
+            }
+        }
+        closeOverdue();
+        forgetClosed();
+        if ((ready > 0 && pollSet[1].revents != 0) || acceptAgainAt_) {
+            acceptConnections();
+        }
+    }
+}
+
+void HelperServer::fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const {
+    pollSet.clear();
+    pollSet.push_back({stopDescriptor, POLLIN, 0});
+    // poll skips a negative descriptor.
+    pollSet.push_back({acceptAgainAt_ ? -1 : listener_.get(), POLLIN, 0});
+    for (const Connection& connection : connections_) {
+        pollSet.push_back({connection.socket.get(), POLLIN, 0});
+    }
+}
+
+int HelperServer::millisecondsToNextDeadline() const {
+    // Every connection has the same time, so the oldest is due first.
+    std::optional<Clock::time_point> next = acceptAgainAt_;
+    if (!connections_.empty()) {
+        next = std::min(next.value_or(Clock::time_point::max()), connections_.front().deadline);
+    }
+    if (!next) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now());
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
+}
+
+void HelperServer::acceptConnections() {
+    constexpr auto pause = std::chrono::milliseconds(100);
+    constexpr int mostPerRound = 64; // so that waiting requests get their turn in a storm
+    if (acceptAgainAt_ && Clock::now() < *acceptAgainAt_) {
+        return;
+    }
+    for (int round = 0; round < mostPerRound; ++round) {
+        FileDescriptor socket(
+            ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        if (!socket) {
+            if (isOutOfResources(errno)) {
+                if (!connections_.empty()) {
+                    makeRoom();
+                    continue;
+                }
+                if (!acceptAgainAt_) {
+                    log_.error("cannot accept connections: " +
+                               std::generic_category().message(errno));
+                }
+                acceptAgainAt_ = Clock::now() + pause;
+                return;
+            }
+            break;
+        }
+        if (!mayConnect_(socket.get())) {
+            const auto peer = peerUser(socket.get());
+            log_.error("connection refused for user " +
+                       (peer ? std::to_string(*peer) : std::string("unknown")));
+            continue;
+        }
+        if (connections_.size() >= options_.maximumConnections) {
+            makeRoom();
+        }
+        connections_.push_back({std::move(socket), Clock::now() + options_.requestTimeout, {}});
+        serve(connections_.back());
+        forgetClosed();
+    }
+    acceptAgainAt_.reset();
+}
+
+void HelperServer::makeRoom() {
+    Connection& oldest = connections_.front();
+    serve(oldest); // its request may just have arrived
+    if (oldest.socket) {
+        refuse(oldest, "dropped, too many connections", "Der Helper hat zu viele Verbindungen.");
+    }
+    connections_.erase(connections_.begin());
+}
+
+void HelperServer::closeOverdue() {
+    const auto now = Clock::now();
+    for (Connection& connection : connections_) {
+        if (connection.deadline > now) {
+            break;
+        }
+        if (connection.socket) {
+            serve(connection); // it may have arrived while another request was carried out
+        }
+        if (connection.socket) {
+            refuse(connection, "request not complete in time",
+                   "Die Anfrage war nicht rechtzeitig vollständig.");
+        }
+    }
+}
+
+void HelperServer::serve(Connection& connection) {
+    std::array<char, maximumHelperMessageSize> buffer;
+    // A second read finds what arrived meanwhile; more would let an endless sender hold the loop.
+    for (int round = 0; round < 2 && connection.socket; ++round) {
+        const ssize_t count = ::recv(connection.socket.get(), buffer.data(), buffer.size(), 0);
+        if (count < 0) {
+            if (errno != EAGAIN && errno != EINTR) {
+                connection.socket.reset();
+            }
+            return;
+        }
+        if (count == 0) {
+            if (connection.reader.text().empty()) {
+                connection.socket.reset(); // a client that only looked whether anyone listens
+            } else {
+                refuse(connection, "request cut off",
+                       "Die Anfrage endet vor dem Ende des JSON-Objekts.");
+            }
+            return;
+        }
+        switch (connection.reader.feed({buffer.data(), static_cast<std::size_t>(count)})) {
+        case RequestReader::State::incomplete:
+            break;
+        case RequestReader::State::complete:
+            carryOut(connection);
+            break;
+        case RequestReader::State::notAnObject:
+            refuse(connection, "request is no JSON object", "Die Anfrage ist kein JSON-Objekt.");
+            break;
+        case RequestReader::State::tooLong:
+            refuse(connection, "request too long",
+                   "Die Anfrage ist länger als " + std::to_string(maximumHelperMessageSize) +
+                       " Bytes.");
+            break;
+        case RequestReader::State::tooDeep:
+            refuse(connection, "request nested too deeply",
+                   "Die Anfrage ist zu tief verschachtelt.");
+            break;
+        }
+    }
+}
+
+void HelperServer::carryOut(Connection& connection) {
+    try {
+        answer(connection, handler_(decodeHelperRequest(connection.reader.text())));
+    } catch (const DecodingError& error) {
+        refuse(connection, "request not understood",
+               std::string("Die Anfrage ist nicht lesbar: ") + error.what());
+    }
+}
+
+void HelperServer::refuse(Connection& connection, const std::string& why,
+                          const std::string& sentence) {
+    log_.error(why + ": " + escapedForLog(connection.reader.text()));
+    answer(connection, {false, sentence, HelperConstants::protocolVersion});
+}
+
+void HelperServer::answer(Connection& connection, const HelperResponse& response) {
+    const std::string json = encodeJson(response);
+    // Nothing was sent before, so the socket has room. A client that is gone misses its answer.
+    ::send(connection.socket.get(), json.data(), json.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    connection.socket.reset();
+}
+
+void HelperServer::forgetClosed() {
+    connections_.erase(
+        std::remove_if(connections_.begin(), connections_.end(),
+                       [](const Connection& connection) { return !connection.socket; }),
+        connections_.end());
+}
+
+} // namespace ventaro

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "FileDescriptor.h"
+#include "HelperIPC.h"
+#include "HelperLog.h"
+#include "RequestReader.h"
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <vector>
+
+struct pollfd;
+
+namespace ventaro {
+
+/// Whether a process of `peer` may send requests: root may, and the user at the machine's screen.
+constexpr bool isPeerAllowed(std::optional<uid_t> peer, std::optional<uid_t> consoleUser) {
+    return peer && (*peer == 0 || peer == consoleUser);
+}
+
+struct HelperServerOptions {
+    std::filesystem::path socketPath;
+    /// How long after its acceptance a connection may take to send its whole request.
+    std::chrono::milliseconds requestTimeout{500};
+    /// When all are taken, the oldest without a complete request is dropped.
+    std::size_t maximumConnections = 32;
+};
+
+/// Serves the helper's socket: one request and one response per connection. One thread around
+/// `poll`; no client can delay another, and without clients nothing wakes up.
+class HelperServer {
+public:
+    using Handler = std::function<HelperResponse(const HelperRequest&)>;
+    /// Tells whether the process at the other end of a connection may send requests.
+    using PeerCheck = std::function<bool(int socket)>;
+
+    /// Replaces a stale socket file and listens. Throws std::runtime_error, with an English
+    /// sentence, if another instance serves the path or the socket cannot be made.
+    HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
+                 const HelperLog& log);
+    /// Removes the socket file.
+    ~HelperServer();
+    HelperServer(const HelperServer&) = delete;
+    HelperServer& operator=(const HelperServer&) = delete;
+
+    /// Serves until `stopDescriptor` is readable. Requests under way are finished, connections
+    /// without a complete request are closed.
+    void run(int stopDescriptor);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Connection {
+        FileDescriptor socket;
+        Clock::time_point deadline;
+        RequestReader reader;
+    };
+
+    void fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const;
+    int millisecondsToNextDeadline() const;
+    void acceptConnections();
+    void makeRoom();
+    void closeOverdue();
+    /// Reads what is there; answers and closes (empties `socket`) once the request is decided.
+    void serve(Connection& connection);
+    void carryOut(Connection& connection);
+    void refuse(Connection& connection, const std::string& why, const std::string& sentence);
+    void answer(Connection& connection, const HelperResponse& response);
+    void forgetClosed();
+
+    const HelperServerOptions options_;
+    const Handler handler_;
+    const PeerCheck mayConnect_;
+    const HelperLog& log_;
+    FileDescriptor instanceLock_;
+    FileDescriptor listener_;
+    std::vector<Connection> connections_;            ///< in order of acceptance
+    std::optional<Clock::time_point> acceptAgainAt_; ///< set while descriptors are exhausted
+};
+
+} // namespace ventaro

@@ -1,0 +1,123 @@
+#include "BudgetedIOKit.h"
+#include "HelperServer.h"
+#include "HostPlatform.h"
+#include "RequestHandler.h"
+#include "UnixSocket.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace {
+
+using namespace ventaro;
+
+constexpr const char* usage =
+    "Usage: VentaroHelper [--reset-all]\n"
+    "The privileged helper of Ventaro. launchd starts it without arguments; it then serves\n"
+    "/var/run/com.ventaro.helper.sock and sets fan speeds for the application.\n"
+    "\n"
+    "  --reset-all  return all fans to automatic control and exit\n"
+    "  --help       show this help and exit\n"
+    "  --version    show the version and exit\n";
+
+/// An answer must be there 2 s after its request. The last exchange may begin just before this
+/// budget ends and then take a second of its own.
+constexpr auto requestBudget = std::chrono::milliseconds(900);
+
+int stopSignalPipe = -1;
+
+void onStopSignal(int /*signal*/) {
+    const int kept = errno;
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(stopSignalPipe, &byte, 1);
+    errno = kept;
+}
+
+/// A descriptor that becomes readable when the process is asked to end.
+FileDescriptor watchStopSignals() {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
+        throw std::runtime_error("no pipe for signals");
+    }
+    stopSignalPipe = ends[1];
+    struct sigaction action {};
+    action.sa_handler = onStopSignal;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        ::sigaction(signal, &action, nullptr);
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    return FileDescriptor(ends[0]);
+}
+
+Platform hostPlatform(const HelperLog& log) {
+    HostPlatform host = makeHostPlatform(true);
+    if (!host.machineRootIgnoredBecause.empty()) {
+        log.error("machine root ignored: " + host.machineRootIgnoredBecause);
+    }
+    return std::move(host.platform);
+}
+
+int resetAll(const HelperLog& log) {
+    const Platform platform = hostPlatform(log);
+    SMCService smc(*platform.ioKit);
+    smc.resetAllFansToAutomatic();
+    std::puts("Alle Lüfter auf macOS-Automatik.");
+    return EXIT_SUCCESS;
+}
+
+int serve(const HelperLog& log) {
+    const FileDescriptor stop = watchStopSignals();
+    const Platform platform = hostPlatform(log);
+    BudgetedIOKit ioKit(*platform.ioKit);
+    SMCService smc(ioKit);
+    RequestHandler handler(smc, log);
+    HelperServer server(
+        {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath)},
+        [&](const HelperRequest& request) {
+            ioKit.restart(requestBudget);
+            return handler.handle(request);
+        },
+        [&](int socket) {
+            return isPeerAllowed(peerUser(socket), platform.consoleUser->current());
+        },
+        log);
+    log.change("serving, version " VENTARO_VERSION);
+    server.run(stop.get());
+    log.change("stopped");
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    constexpr int wrongUsage = 2;
+    const std::string_view argument = argc > 1 ? argv[1] : "";
+    const HelperLog log(STDOUT_FILENO, STDERR_FILENO);
+    try {
+        if (argc == 1) {
+            return serve(log);
+        }
+        if (argc == 2 && argument == "--reset-all") {
+            return resetAll(log);
+        }
+        if (argc == 2 && argument == "--help") {
+            std::fputs(usage, stdout);
+            return EXIT_SUCCESS;
+        }
+        if (argc == 2 && argument == "--version") {
+            std::puts("VentaroHelper " VENTARO_VERSION);
+            return EXIT_SUCCESS;
+        }
+        std::fputs(usage, stderr);
+        return wrongUsage;
+    } catch (const std::exception& error) {
+        log.error(error.what());
+        return EXIT_FAILURE;
+    }
+}
