@@ -1,0 +1,112 @@
+#include "HelperClient.h"
+
+#include "Platform.h"
+#include "UnixSocket.h"
+
+#include <array>
+#include <cerrno>
+#include <string_view>
+
+namespace ventaro {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::string describe(HelperClientError::Code code) {
+    switch (code) {
+    case HelperClientError::Code::socketNotCreated:
+        return "Socket konnte nicht erstellt werden.";
+    case HelperClientError::Code::notReachable:
+        return std::string("Hintergrund-Helper nicht erreichbar (") + HelperConstants::socketPath +
+               ").";
+    case HelperClientError::Code::noAnswer:
+        return "Keine Antwort vom Helper erhalten.";
+    case HelperClientError::Code::sendFailed:
+        return "Senden an Helper fehlgeschlagen.";
+    }
+    return {};
+}
+
+/// Repeats `call` while a signal interrupts it, within `timeout` in all: with a socket time-out
+/// set, the kernel does not go on by itself.
+template<typename Call>
+auto continueAfterSignals(int socket, int option, std::chrono::milliseconds timeout, Call call) {
+    const auto deadline = Clock::now() + timeout;
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) {
+            return result;
+        }
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (left <= std::chrono::milliseconds::zero()) {
+            errno = EAGAIN;
+            return result;
+        }
+        setSocketTimeout(socket, option, left);
+    }
+}
+
+} // namespace
+
+HelperClientError::HelperClientError(Code code) : code_(code), description_(describe(code)) {}
+
+HelperClient& HelperClient::shared() {
+    static auto* client =
+        new HelperClient(Platform::current().machineRoot.resolve(HelperConstants::socketPath));
+    return *client;
+}
+
+HelperClient::HelperClient(std::filesystem::path socketPath,
+                           std::chrono::milliseconds receiveTimeout,
+                           std::chrono::milliseconds sendTimeout)
+    : socketPath_(std::move(socketPath)),
+      receiveTimeout_(receiveTimeout),
+      sendTimeout_(sendTimeout) {}
+
+HelperResponse HelperClient::sendSocketRequest(const HelperRequest& request) const {
+    using Code = HelperClientError::Code;
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!socket) {
+        throw HelperClientError(Code::socketNotCreated);
+    }
+    setSocketTimeout(socket.get(), SO_RCVTIMEO, receiveTimeout_);
+    setSocketTimeout(socket.get(), SO_SNDTIMEO, sendTimeout_);
+
+    const sockaddr_un address = unixSocketAddress(socketPath_.string());
+    const int connected = continueAfterSignals(socket.get(), SO_SNDTIMEO, sendTimeout_, [&] {
+        const int result =
+            ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        return result != 0 && errno == EISCONN ? 0 : result;
+    });
+    if (connected != 0) {
+        throw HelperClientError(Code::notReachable);
+    }
+
+    const std::string json = encodeJson(request);
+    const ssize_t written = continueAfterSignals(socket.get(), SO_SNDTIMEO, sendTimeout_, [&] {
+        return ::send(socket.get(), json.data(), json.size(), MSG_NOSIGNAL);
+    });
+    if (written != static_cast<ssize_t>(json.size())) {
+        throw HelperClientError(Code::sendFailed);
+    }
+
+    std::array<char, maximumHelperMessageSize> buffer{};
+    const ssize_t received = continueAfterSignals(socket.get(), SO_RCVTIMEO, receiveTimeout_, [&] {
+        return ::recv(socket.get(), buffer.data(), buffer.size(), 0);
+    });
+    if (received <= 0) {
+        throw HelperClientError(Code::noAnswer);
+    }
+    return decodeHelperResponse({buffer.data(), static_cast<std::size_t>(received)});
+}
+
+bool HelperClient::isDaemonActive() const {
+    try {
+        return isUsableHelper(sendSocketRequest({HelperAction::ping, std::nullopt, std::nullopt}));
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+} // namespace ventaro

@@ -1,0 +1,209 @@
+#include "Tables.h"
+
+#include "NumberFormat.h"
+#include "TelemetrySummary.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ventaro {
+
+namespace {
+
+constexpr int nameWidth = 28;
+constexpr int speedWidth = 7;
+
+std::string valueText(const SensorReading& sensor) {
+    return formatFixed(sensor.value, 1) + " " + sensor.unit;
+}
+
+std::string coloredValue(const SensorReading& sensor, int width, const TerminalStyle& style) {
+    const std::string text = rightAligned(valueText(sensor), width);
+    return sensor.category == SensorCategory::power
+               ? text
+               : colored(text, temperatureBand(sensor.value), style);
+}
+
+const char* modeText(FanMode mode) { return mode == FanMode::forced ? "forced" : "automatic"; }
+
+std::string percentText(const FanReading& fan) {
+    return formatRounded(fan.percentage() * 100) + " %";
+}
+
+std::string bar(double share, int width) {
+    const int full = static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * width));
+    std::string text;
+    for (int cell = 0; cell < width; ++cell) {
+        text += cell < full ? "█" : "░";
+    }
+    return text;
+}
+
+template<typename Record>
+std::string jsonArray(const std::vector<Record>& records) {
+    std::string text = "[";
+    for (const Record& record : records) {
+        text += (text.size() > 1 ? "," : "") + encodeJson(record);
+    }
+    return text + "]";
+}
+
+/// The sensors as lines of one column: a heading for each group, then its sensors.
+std::vector<std::string> sensorLines(const std::vector<SensorReading>& sensors, int width,
+                                     const TerminalStyle& style) {
+    constexpr int valueWidth = 9;
+    std::vector<std::string> lines;
+    for (const SensorCategory category : allSensorCategories) {
+        bool isFirst = true;
+        for (const SensorReading& sensor : sensors) {
+            if (sensor.category != category) {
+                continue;
+            }
+            if (isFirst) {
+                lines.push_back(bold(fitted(rawValue(category), width), style));
+                isFirst = false;
+            }
+            lines.push_back(fitted(" " + sensor.name, width - valueWidth) +
+                            coloredValue(sensor, valueWidth, style));
+        }
+    }
+    return lines;
+}
+
+/// Sets lines in as many columns as fit, top to bottom; what does not fit is counted.
+std::string inColumns(const std::vector<std::string>& lines, int columnWidth, int gap, int rows,
+                      const TerminalStyle& style) {
+    const int total = static_cast<int>(lines.size());
+    const int mostColumns = std::max(1, (style.columns + gap) / (columnWidth + gap));
+    int height = (total + mostColumns - 1) / mostColumns;
+    const bool isCut = height > rows;
+    height = std::max(0, isCut ? rows - 1 : height);
+    std::string text;
+    for (int row = 0; row < height; ++row) {
+        for (int index = row; index < std::min(total, height * mostColumns); index += height) {
+            text += (index == row ? "" : std::string(static_cast<std::size_t>(gap), ' ')) +
+                    lines[static_cast<std::size_t>(index)];
+        }
+        text += '\n';
+    }
+    if (isCut) {
+        text += dimmed("… " + std::to_string(total - height * mostColumns) +
+                           " more lines in a larger terminal",
+                       style) +
+                '\n';
+    }
+    return text;
+}
+
+std::string watchFanLine(const FanReading& fan, const TerminalStyle& style) {
+    constexpr int fixedWidth = 60;
+    const int barWidth = std::clamp(style.columns - fixedWidth, 6, 40);
+    return fitted(fan.name, 21) + bar(fan.percentage(), barWidth) +
+           rightAligned(formatWhole(fan.currentRPM), speedWidth) + " RPM, target" +
+           rightAligned(formatWhole(fan.targetRPM), speedWidth - 1) + ", " +
+           fitted(modeText(fan.mode), 9) + '\n';
+}
+
+} // namespace
+
+std::string fanTable(const std::vector<FanReading>& fans) {
+    std::string text = "Fan  " + fitted("Name", nameWidth);
+    for (const char* title : {"RPM", "Target", "Min", "Max", "Load"}) {
+        text += rightAligned(title, speedWidth);
+    }
+    text += "  Mode\n";
+    for (const FanReading& fan : fans) {
+        text += fitted(std::to_string(fan.id), 5) + fitted(fan.name, nameWidth);
+        for (const double speed : {fan.currentRPM, fan.targetRPM, fan.minRPM, fan.maxRPM}) {
+            text += rightAligned(formatWhole(speed), speedWidth);
+        }
+        text += rightAligned(percentText(fan), speedWidth) + "  " + modeText(fan.mode) + '\n';
+    }
+    return text;
+}
+
+std::string sensorTable(const std::vector<SensorReading>& sensors, const TerminalStyle& style) {
+    constexpr int valueWidth = 10;
+    std::string text;
+    for (const SensorCategory category : allSensorCategories) {
+        std::string group;
+        for (const SensorReading& sensor : sensors) {
+            if (sensor.category == category) {
+                group += "  " + sensor.key + "  " + fitted(sensor.name, nameWidth) +
+                         coloredValue(sensor, valueWidth, style) + '\n';
+            }
+        }
+        if (!group.empty()) {
+            text += (text.empty() ? "" : "\n") + bold(rawValue(category), style) + '\n' + group;
+        }
+    }
+    return text;
+}
+
+std::string watchTitle(MachineKind kind) {
+    switch (kind) {
+    case MachineKind::simulated:
+        return "Ventaro on a simulated MacBook Pro";
+    case MachineKind::real:
+        return "Ventaro on this MacBook Pro";
+    case MachineKind::none:
+        break;
+    }
+    return "Ventaro, no SMC here";
+}
+
+std::string watchFrame(const Telemetry& telemetry, MachineKind kind, const std::string& time,
+                       const std::string& hint, const TerminalStyle& style) {
+    constexpr int columnWidth = 38;
+    constexpr int gap = 3;
+    std::string text =
+        bold(watchTitle(kind), style) + "  " + dimmed(time + "  Ctrl-C ends", style) + "\n\n";
+    if (!telemetry.failure.empty()) {
+        return text + telemetry.failure;
+    }
+    const TelemetrySummary summary = summarize(telemetry.sensors);
+    const auto temperature = [&](double value) {
+        return colored(formatFixed(value, 1) + " °C", temperatureBand(value), style);
+    };
+    text += "CPU " + temperature(summary.cpuTemperature) + "   GPU " +
+            temperature(summary.gpuTemperature) + "   Power " +
+            formatFixed(summary.systemPower, 1) + " W\n\n";
+    for (const FanReading& fan : telemetry.fans) {
+        text += watchFanLine(fan, style);
+    }
+    if (telemetry.fans.empty()) {
+        text += "This machine reports no fans.\n";
+    }
+    text += '\n';
+    const int used = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    const int hintRows =
+        hint.empty() ? 0 : 2 + static_cast<int>(std::count(hint.begin(), hint.end(), '\n'));
+    text += inColumns(sensorLines(telemetry.sensors, columnWidth, style), columnWidth, gap,
+                      style.rows - used - hintRows, style);
+    if (!hint.empty()) {
+        return text + '\n' + dimmed(hint, style);
+    }
+    text.pop_back(); // a line feed in the last row would scroll
+    return text;
+}
+
+std::string watchLine(const Telemetry& telemetry, const std::string& time) {
+    if (!telemetry.failure.empty()) {
+        return time + "  " + telemetry.failure;
+    }
+    const TelemetrySummary summary = summarize(telemetry.sensors);
+    std::string text = time + "  CPU " + formatFixed(summary.cpuTemperature, 1) + " °C  GPU " +
+                       formatFixed(summary.gpuTemperature, 1) + " °C  Power " +
+                       formatFixed(summary.systemPower, 1) + " W";
+    for (const FanReading& fan : telemetry.fans) {
+        text += "  Fan " + std::to_string(fan.id) + " " + formatWhole(fan.currentRPM) + " RPM (" +
+                modeText(fan.mode) + ", target " + formatWhole(fan.targetRPM) + ")";
+    }
+    return text;
+}
+
+std::string toJsonArray(const std::vector<FanReading>& fans) { return jsonArray(fans); }
+
+std::string toJsonArray(const std::vector<SensorReading>& sensors) { return jsonArray(sensors); }
+
+} // namespace ventaro

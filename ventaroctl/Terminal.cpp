@@ -1,0 +1,150 @@
+#include "Terminal.h"
+
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/select.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace ventaro {
+
+namespace {
+
+volatile sig_atomic_t endRequested = 0;
+
+void onEndSignal(int /*signal*/) { endRequested = 1; }
+void onResize(int /*signal*/) {}
+
+void writeToTerminal(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return; // a terminal that is gone ends the program with a signal
+        }
+        text.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+    }
+}
+
+std::string styled(std::string_view text, const char* code, const TerminalStyle& style) {
+    return style.color ? "\x1b[" + std::string(code) + "m" + std::string(text) + "\x1b[0m"
+                       : std::string(text);
+}
+
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+} // namespace
+
+bool isTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+
+TerminalStyle terminalStyle() {
+    TerminalStyle style;
+    const char* noColor = std::getenv("NO_COLOR");
+    style.color = isTerminal() && (noColor == nullptr || *noColor == '\0');
+    winsize size{};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0) {
+        style.columns = size.ws_col;
+        style.rows = size.ws_row;
+    }
+    return style;
+}
+
+std::string colored(std::string_view text, TemperatureBand band, const TerminalStyle& style) {
+    switch (band) {
+    case TemperatureBand::red:
+        return styled(text, "31", style);
+    case TemperatureBand::orange:
+        return styled(text, "38;5;208", style);
+    case TemperatureBand::yellow:
+        return styled(text, "33", style);
+    case TemperatureBand::green:
+        return styled(text, "32", style);
+    }
+    return std::string(text);
+}
+
+std::string bold(std::string_view text, const TerminalStyle& style) {
+    return styled(text, "1", style);
+}
+
+std::string dimmed(std::string_view text, const TerminalStyle& style) {
+    return styled(text, "2", style);
+}
+
+int displayWidth(std::string_view text) {
+    int width = 0;
+    for (const char byte : text) {
+        width += isContinuation(byte) ? 0 : 1;
+    }
+    return width;
+}
+
+std::string fitted(std::string_view text, int width) {
+    const int missing = width - displayWidth(text);
+    if (missing >= 0) {
+        return std::string(text) + std::string(static_cast<std::size_t>(missing), ' ');
+    }
+    std::size_t end = 0;
+    for (int kept = 0; kept < width && end < text.size(); ++kept) {
+        do {
+            ++end;
+        } while (end < text.size() && isContinuation(text[end]));
+        if (kept == width - 2) {
+            break; // the last column is the ellipsis'
+        }
+    }
+    return width < 2 ? std::string(text.substr(0, width < 1 ? 0 : end))
+                     : std::string(text.substr(0, end)) + "…";
+}
+
+std::string rightAligned(std::string_view text, int width) {
+    const int missing = width - displayWidth(text);
+    return std::string(missing > 0 ? static_cast<std::size_t>(missing) : 0, ' ') +
+           std::string(text);
+}
+
+LiveScreen::LiveScreen(bool takeScreen) : hasScreen_(takeScreen) {
+    // Signals are let in only while waiting, so that none is missed in between.
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    struct sigaction action {};
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGWINCH}) {
+        ::sigaddset(&signals, signal);
+        action.sa_handler = signal == SIGWINCH ? onResize : onEndSignal;
+        ::sigaction(signal, &action, nullptr);
+    }
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    if (hasScreen_) {
+        writeToTerminal("\x1b[?1049h\x1b[?25l");
+    }
+}
+
+LiveScreen::~LiveScreen() {
+    if (hasScreen_) {
+        writeToTerminal("\x1b[?25h\x1b[?1049l");
+    }
+}
+
+void LiveScreen::show(std::string_view frame) {
+    // Each line clears what the last frame left behind it, so that nothing flickers.
+    std::string text = "\x1b[H";
+    for (const char character : frame) {
+        text += character == '\n' ? std::string("\x1b[K\n") : std::string(1, character);
+    }
+    writeToTerminal(text + "\x1b[K\x1b[J");
+}
+
+bool LiveScreen::wait(std::chrono::milliseconds time) {
+    sigset_t none;
+    ::sigemptyset(&none);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+    const std::chrono::nanoseconds rest = time - seconds;
+    timespec left{};
+    left.tv_sec = seconds.count();
+    left.tv_nsec = rest.count();
+    ::pselect(0, nullptr, nullptr, nullptr, &left, &none);
+    return endRequested == 0;
+}
+
+} // namespace ventaro

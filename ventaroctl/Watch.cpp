@@ -1,0 +1,49 @@
+#include "Watch.h"
+
+#include <array>
+#include <ctime>
+
+namespace ventaro {
+
+namespace {
+
+std::string timeOfDay() {
+    std::array<char, 16> text{};
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    ::localtime_r(&now, &parts);
+    std::strftime(text.data(), text.size(), "%H:%M:%S", &parts);
+    return text.data();
+}
+
+std::string jsonLine(const Telemetry& telemetry) {
+    return R"({"fans":)" + toJsonArray(telemetry.fans) + R"(,"sensors":)" +
+           toJsonArray(telemetry.sensors) + "}";
+}
+
+} // namespace
+
+void watch(Commands& commands, MachineKind machineKind, const WatchOptions& options,
+           std::ostream& out) {
+    commands.requireSmc();
+    const bool inPlace = isTerminal() && !options.json;
+    if (!inPlace && !options.json) {
+        out << watchTitle(machineKind) << std::endl;
+    }
+    const LiveScreen screen(inPlace);
+    for (int look = 1;; ++look) {
+        const Telemetry telemetry = commands.look();
+        if (inPlace) {
+            LiveScreen::show(
+                watchFrame(telemetry, machineKind, timeOfDay(), options.hint, terminalStyle()));
+        } else {
+            out << (options.json ? jsonLine(telemetry) : watchLine(telemetry, timeOfDay()))
+                << std::endl;
+        }
+        if (!out || look == options.count || !LiveScreen::wait(options.interval)) {
+            return;
+        }
+    }
+}
+
+} // namespace ventaro

@@ -1,0 +1,139 @@
+#include "HostPlatform.h"
+#include "Watch.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+namespace {
+
+using namespace ventaro;
+
+constexpr int exitRefused = 1;
+constexpr int exitWrongUsage = 2;
+
+const CLI::Validator finiteSpeed(
+    [](std::string& text) {
+        char* end = nullptr;
+        const double speed = std::strtod(text.c_str(), &end);
+        return end != text.c_str() && *end == '\0' && std::isfinite(speed) && speed >= 0
+                   ? std::string()
+                   : "\"" + text + "\" is not a speed in RPM";
+    },
+    "RPM");
+
+const CLI::Validator fourCharacters(
+    [](std::string& text) {
+        return text.size() == 4
+                   ? std::string()
+                   : "\"" + text + "\" has not four characters (quote a blank: \"FS! \")";
+    },
+    "KEY");
+
+/// How a second terminal reaches the same machine, where that takes more than the command's name.
+std::string secondTerminalHint(const Platform& platform) {
+    if (platform.machineKind != MachineKind::simulated) {
+        return {};
+    }
+    std::error_code ignored;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    return std::string("In a second terminal: export ") + MachineRoot::environmentVariable + "=" +
+           platform.machineRoot.folder().string() +
+           "\nand then for example: " + std::filesystem::proximate(program, ignored).string() +
+           " set 0 4000";
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("Reads temperatures, power and fans of a MacBook Pro and sets its fan speeds.",
+                 "ventaroctl");
+    app.footer("Exit codes: 0 done, 1 the machine or the helper refused or is not there, 2 wrong "
+               "usage.");
+    app.set_version_flag("--version", "ventaroctl " VENTARO_VERSION);
+    app.require_subcommand(1);
+
+    bool json = false;
+    const auto command = [&](const char* name, const char* description) {
+        CLI::App* subcommand = app.add_subcommand(name, description);
+        subcommand->add_flag("--json", json, "print JSON");
+        return subcommand;
+    };
+    const auto* fans = command("fans", "the fans with their speeds and limits");
+    const auto* sensors = command("sensors", "all temperatures and powers");
+    auto* watchCommand = command("watch", "everything, live");
+    auto* set = command("set", "force a fan to a speed");
+    auto* automatic = command("auto", "give one fan, or all, back to the automatic control");
+    const auto* ping = command("ping", "ask whether the helper answers");
+    auto* key = command("key", "one SMC key: type, bytes, value");
+
+    double interval = 1;
+    int count = 0;
+    watchCommand->add_option("--interval", interval, "seconds between two looks")
+        ->check(CLI::Range(0.05, 3600.0))
+        ->option_text("SECONDS [1]");
+    watchCommand->add_option("--count", count, "end after this many looks")
+        ->check(CLI::Range(1, 1000000000))
+        ->option_text("N");
+    std::uint32_t fan = 0;
+    double rpm = 0;
+    set->add_option("FAN", fan, "index of the fan, from 0")->required()->option_text("FAN");
+    set->add_option("RPM", rpm, "the speed; the fan's limits apply")
+        ->required()
+        ->check(finiteSpeed)
+        ->option_text("RPM");
+    auto* automaticFan =
+        automatic->add_option("FAN", fan, "index of the fan, from 0")->option_text("FAN");
+    std::string keyName;
+    key->add_option("KEY", keyName, "four characters, such as TC0P")
+        ->required()
+        ->check(fourCharacters)
+        ->option_text("KEY");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? EXIT_SUCCESS : exitWrongUsage;
+    }
+
+    const Platform& platform = Platform::install(makeHostPlatform(false).platform);
+    Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,
+                      std::cout);
+    if (fans->parsed()) {
+        commands.fans(json);
+    } else if (sensors->parsed()) {
+        commands.sensors(json, terminalStyle());
+    } else if (watchCommand->parsed()) {
+        const std::chrono::duration<double> seconds(interval);
+        watch(commands, platform.machineKind,
+              {std::chrono::round<std::chrono::milliseconds>(seconds), count, json,
+               secondTerminalHint(platform)},
+              std::cout);
+    } else if (set->parsed()) {
+        commands.set(fan, rpm, json);
+    } else if (automatic->parsed()) {
+        commands.automatic(
+            automaticFan->count() > 0 ? std::optional<std::int64_t>(fan) : std::nullopt, json);
+    } else if (ping->parsed()) {
+        commands.ping(json);
+    } else {
+        commands.key(keyName, json);
+    }
+    std::cout.flush();
+    if (!std::cout) {
+        throw CommandError("standard output cannot be written");
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "ventaroctl: " << error.what() << '\n';
+        return exitRefused;
+    }
+}
