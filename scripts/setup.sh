@@ -1,0 +1,43 @@
+# Sourced by the other scripts: where the project is, and how its packages get here.
+# shellcheck shell=bash
+
+project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# shellcheck disable=SC2034 # the sourcing scripts use it
+bin="$project/build/release/bin"
+
+build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev libpugixml-dev)
+# shellcheck disable=SC2034
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace)
+# shellcheck disable=SC2034
+check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
+
+fail() {
+    echo "$(basename "$0"): $*" >&2
+    exit 1
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Installs those of the named Debian packages that are missing.
+require_packages() {
+    local missing=() as_root=() package
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "these packages are missing, and without sudo only root can install them: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -q || echo "The package lists could not be updated; going on with the old ones." >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends "${missing[@]}" && return
+    for package in "${missing[@]}"; do
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -q --no-install-recommends "$package" ||
+            fail "the package $package could not be installed"
+    done
+}
