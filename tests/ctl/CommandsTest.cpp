@@ -1,0 +1,73 @@
+#include "Commands.h"
+
+#include "InProcessIOKit.h"
+#include "JsonObject.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace ventaro {
+namespace {
+
+class CommandLine : public testing::Test {
+protected:
+    SimulatedSmc smc_{{}};
+    InProcessIOKit ioKit_{smc_, false};
+    SMCService service_{ioKit_};
+    HelperClient nobody_{"/nonexistent/helper.sock"};
+    std::ostringstream out_;
+    Commands commands_{service_, nobody_, MachineKind::simulated, out_};
+};
+
+TEST_F(CommandLine, JsonArraysOfTheRecords) {
+    commands_.fans(true);
+    const std::string array = out_.str();
+    const std::size_t middle = array.find("},{") + 1;
+    EXPECT_EQ(decodeFanReading(array.substr(1, middle - 1)).name, "Linker Lüfter (CPU)");
+    EXPECT_EQ(decodeFanReading(array.substr(middle + 1, array.size() - middle - 3)).id, 1);
+
+    smc_.faults().add("F0Ac value nan");
+    EXPECT_THROW(commands_.fans(true), EncodingError) << "JSON has no such number";
+    EXPECT_NO_THROW(commands_.fans(false));
+}
+
+TEST_F(CommandLine, OneKey) {
+    commands_.key("F0Mn", true);
+    EXPECT_EQ(out_.str(), R"({"key":"F0Mn","type":"flt ","bytes":"0080E544","value":1836.0})"
+                          "\n");
+    out_.str("");
+    commands_.key("F0Mn", false);
+    EXPECT_EQ(out_.str(), "Key    F0Mn\nType   flt \nBytes  0080E544\nValue  1836.0000\n");
+    out_.str("");
+    commands_.key("#KEY", false);
+    EXPECT_NE(out_.str().find("Value  –\n"), std::string::npos);
+    EXPECT_THROW(commands_.key("ZZZZ", false), SMCError);
+}
+
+TEST_F(CommandLine, WithoutAnAnswerThereAreNoInventedFans) {
+    smc_.faults().add("service gone");
+    EXPECT_THROW(commands_.fans(false), SMCError);
+    EXPECT_THROW(commands_.sensors(false, {}), SMCError);
+    const Telemetry telemetry = commands_.look();
+    EXPECT_TRUE(telemetry.fans.empty());
+    EXPECT_NE(telemetry.failure, "");
+    EXPECT_EQ(out_.str(), "");
+    Commands nowhere(service_, nobody_, MachineKind::none, out_);
+    try {
+        nowhere.requireSmc();
+        ADD_FAILURE();
+    } catch (const CommandError& error) {
+        EXPECT_NE(std::string(error.what()).find("scripts/run"), std::string::npos);
+    }
+}
+
+TEST_F(CommandLine, ChangesNeedTheHelper) {
+    EXPECT_THROW(commands_.set(0, 4000, false), HelperClientError);
+    EXPECT_THROW(commands_.automatic(std::nullopt, false), HelperClientError);
+    EXPECT_THROW(commands_.ping(false), HelperClientError);
+}
+
+} // namespace
+} // namespace ventaro

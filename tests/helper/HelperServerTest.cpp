@@ -1,0 +1,342 @@
+#include "HelperServer.h"
+
+#include "TestSupport.h"
+#include "UnixSocket.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <memory>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace ventaro {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// A server in a thread of its own, whose handler counts and answers with the action's name.
+class RunningServer {
+public:
+    explicit RunningServer(
+        const std::filesystem::path& folder, milliseconds requestTimeout = milliseconds(500),
+        HelperServer::PeerCheck mayConnect = [](int) { return true; })
+        : logPath_(folder / "log"),
+          socketPath_(folder / "helper.sock"),
+          logFile_(::open(logPath_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600)),
+          log_(logFile_.get(), logFile_.get()) {
+        int ends[2];
+        EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+        stopRead_.reset(ends[0]);
+        stopWrite_.reset(ends[1]);
+        server_ = std::make_unique<HelperServer>(
+            HelperServerOptions{.socketPath = socketPath_, .requestTimeout = requestTimeout},
+            [this](const HelperRequest& request) {
+                ++handled;
+                return HelperResponse{true, std::string(rawValue(request.action)), 1};
+            },
+            std::move(mayConnect), log_);
+        thread_ = std::thread([this] { server_->run(stopRead_.get()); });
+    }
+    ~RunningServer() { stop(); }
+    void stop() {
+        if (thread_.joinable()) {
+            stopWrite_.reset();
+            thread_.join();
+            server_.reset();
+        }
+    }
+    FileDescriptor connect() const {
+        FileDescriptor client = connectToUnixSocket(socketPath_, SOCK_STREAM, milliseconds(60000));
+        setSocketTimeout(client.get(), SO_RCVTIMEO, milliseconds(60000));
+        return client;
+    }
+    std::string log() const { return readFile(logPath_); }
+    const std::filesystem::path& socketPath() const { return socketPath_; }
+
+    std::atomic<int> handled{0};
+
+private:
+    std::filesystem::path logPath_;
+    std::filesystem::path socketPath_;
+    FileDescriptor logFile_;
+    HelperLog log_;
+    FileDescriptor stopRead_;
+    FileDescriptor stopWrite_;
+    std::unique_ptr<HelperServer> server_;
+    std::thread thread_;
+};
+
+void send(const FileDescriptor& client, std::string_view text) {
+    ::send(client.get(), text.data(), text.size(), MSG_NOSIGNAL);
+}
+
+/// The answer up to the end of the connection.
+std::string answerOf(const FileDescriptor& client) {
+    std::string text;
+    char buffer[4096];
+    for (ssize_t count = 0; (count = ::recv(client.get(), buffer, sizeof buffer, 0)) > 0;) {
+        text.append(buffer, static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+constexpr const char* pingRequest = R"({"action":"ping"})";
+constexpr const char* pingAnswer = R"({"success":true,"message":"ping","version":1})";
+
+class Serving : public testing::Test {
+protected:
+    TemporaryFolder folder_;
+};
+
+TEST_F(Serving, AnswersARequestHoweverItArrives) {
+    const RunningServer server(folder_.path());
+    const std::string request = pingRequest;
+    for (std::size_t cut = 0; cut <= request.size(); ++cut) {
+        const FileDescriptor client = server.connect();
+        send(client, std::string_view(request).substr(0, cut));
+        send(client, std::string_view(request).substr(cut));
+        EXPECT_EQ(answerOf(client), pingAnswer);
+    }
+    EXPECT_EQ(server.log(), "") << "pings are not logged";
+    struct stat status {};
+    ASSERT_EQ(::stat(server.socketPath().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0666U);
+}
+
+TEST_F(Serving, BadRequestsGetAReasonAndAreNotCarriedOut) {
+    const RunningServer server(folder_.path());
+    const std::pair<std::string, const char*> rows[] = {
+        {"[]", "Die Anfrage ist kein JSON-Objekt."},
+        {"GET / HTTP/1.0\r\n", "Die Anfrage ist kein JSON-Objekt."},
+        {std::string(3, '\0'), "Die Anfrage ist kein JSON-Objekt."},
+        {"{[[[[[[[[[[[[", "Die Anfrage ist zu tief verschachtelt."},
+        {"{" + std::string(5000, ' '), "Die Anfrage ist länger als 4096 Bytes."},
+        {"{}", "Die Anfrage ist nicht lesbar: Das Feld „action“ fehlt."},
+        {R"({"action":"Ping"})",
+         "Die Anfrage ist nicht lesbar: Das Feld „action“ hat einen unbekannten Wert."},
+        {R"({"action":"setFanRPM","fanIndex":0,"rpm":1e999})",
+         "Die Anfrage ist nicht lesbar: Das Feld „rpm“ liegt außerhalb des Wertebereichs."},
+        {"{\"a\":\"\xff\"}",
+         "Die Anfrage ist nicht lesbar: Der Text ist kein gültiges JSON-Objekt."},
+        {"{]", "Die Anfrage ist nicht lesbar: Der Text ist kein gültiges JSON-Objekt."},
+    };
+    for (const auto& [request, sentence] : rows) {
+        const FileDescriptor client = server.connect();
+        send(client, request);
+        EXPECT_EQ(answerOf(client), encodeJson(HelperResponse{false, sentence, 1})) << request;
+    }
+    EXPECT_EQ(server.handled, 0);
+}
+
+TEST_F(Serving, ClientsThatStopOrVanishCostNothing) {
+    const RunningServer server(folder_.path());
+    const FileDescriptor cutOff = server.connect();
+    send(cutOff, R"({"action":)");
+    ::shutdown(cutOff.get(), SHUT_WR);
+    EXPECT_EQ(decodeHelperResponse(answerOf(cutOff)).message,
+              "Die Anfrage endet vor dem Ende des JSON-Objekts.");
+    for (int round = 0; round < 200; ++round) {
+        FileDescriptor client = server.connect();
+        send(client, round % 2 == 0 ? pingRequest : "{");
+    } // closed without reading: no SIGPIPE, no hang
+    const FileDescriptor client = server.connect();
+    send(client, pingRequest);
+    EXPECT_EQ(answerOf(client), pingAnswer);
+}
+
+TEST_F(Serving, ASlowClientDelaysNobody) {
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    const FileDescriptor silent = server.connect();
+    const FileDescriptor slow = server.connect();
+    send(slow, "{");
+    for (int round = 0; round < 20; ++round) {
+        const FileDescriptor client = server.connect();
+        send(client, pingRequest);
+        EXPECT_EQ(answerOf(client), pingAnswer);
+    }
+}
+
+TEST_F(Serving, ASlowClientIsClosedInTime) {
+    const RunningServer server(folder_.path(), milliseconds(50));
+    const auto start = steady_clock::now();
+    const FileDescriptor silent = server.connect();
+    const FileDescriptor slow = server.connect();
+    send(slow, "{");
+    for (const FileDescriptor* client : {&silent, &slow}) {
+        EXPECT_EQ(decodeHelperResponse(answerOf(*client)).message,
+                  "Die Anfrage war nicht rechtzeitig vollständig.");
+    }
+    EXPECT_GE(steady_clock::now() - start, milliseconds(50));
+}
+
+TEST_F(Serving, TheOldestMakesRoomForTheThirtyThird) {
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    std::vector<FileDescriptor> idle;
+    for (int client = 0; client < 34; ++client) {
+        idle.push_back(server.connect());
+    }
+    for (int oldest = 0; oldest < 2; ++oldest) {
+        EXPECT_EQ(decodeHelperResponse(answerOf(idle[static_cast<std::size_t>(oldest)])).message,
+                  "Der Helper hat zu viele Verbindungen.");
+    }
+    send(idle[2], pingRequest);
+    EXPECT_EQ(answerOf(idle[2]), pingAnswer) << "the others are still served";
+}
+
+TEST_F(Serving, RequestsThatHaveArrivedAreServedBeforeRoomIsMade) {
+    // More clients than places, all with complete requests: nobody may be dropped.
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    std::vector<FileDescriptor> clients;
+    for (int client = 0; client < 100; ++client) {
+        clients.push_back(server.connect());
+        send(clients.back(), pingRequest);
+    }
+    for (const FileDescriptor& client : clients) {
+        EXPECT_EQ(answerOf(client), pingAnswer);
+    }
+}
+
+TEST_F(Serving, OthersAreTurnedAwayWithoutAnAnswer) {
+    EXPECT_TRUE(isPeerAllowed(0, std::nullopt));
+    EXPECT_TRUE(isPeerAllowed(501, 501));
+    EXPECT_FALSE(isPeerAllowed(502, 501));
+    EXPECT_FALSE(isPeerAllowed(501, std::nullopt));
+    EXPECT_FALSE(isPeerAllowed(std::nullopt, std::nullopt));
+
+    const RunningServer server(folder_.path(), milliseconds(500), [](int) { return false; });
+    const FileDescriptor client = server.connect();
+    send(client, pingRequest);
+    EXPECT_EQ(answerOf(client), "");
+    EXPECT_EQ(server.handled, 0);
+    const std::string log = server.log();
+    EXPECT_NE(log.find("connection refused for user " + std::to_string(::getuid()) + "\n"),
+              std::string::npos);
+}
+
+TEST_F(Serving, ForeignTextIsEscapedAndCutInTheLog) {
+    const RunningServer server(folder_.path());
+    const FileDescriptor client = server.connect();
+    send(client, "{\"a\n\x1b[31m\\\xc3\xbc" + std::string(3000, 'x') + "\"}");
+    answerOf(client);
+    const std::string log = server.log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1);
+    EXPECT_NE(log.find(R"({"a\x0a\x1b[31m\x5c\xc3\xbcxxx)"), std::string::npos) << log;
+    EXPECT_LT(log.size(), 300U);
+}
+
+TEST_F(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
+    const HelperLog log(-1, -1);
+    const auto path = folder_.path() / "helper.sock";
+    const auto another = [&](const std::filesystem::path& socketPath) {
+        HelperServer({.socketPath = socketPath}, {}, {}, log);
+    };
+    RunningServer server(folder_.path());
+    try {
+        another(path);
+        ADD_FAILURE();
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find("another instance"), std::string::npos);
+    }
+    const FileDescriptor client = server.connect();
+    send(client, pingRequest);
+    EXPECT_EQ(answerOf(client), pingAnswer) << "the first one is unharmed";
+    server.stop();
+    EXPECT_FALSE(std::filesystem::exists(path)) << "the socket is removed at the end";
+
+    listenOnUnixSocket(path, SOCK_STREAM, 0600); // a stale file
+    EXPECT_NO_THROW(another(path));
+
+    writeFile(path, "precious");
+    EXPECT_THROW(another(path), std::runtime_error) << "a file that is no socket is kept";
+    EXPECT_EQ(readFile(path), "precious");
+    try {
+        another(folder_.path() / "missing" / "helper.sock");
+        ADD_FAILURE();
+    } catch (const std::exception& error) {
+        EXPECT_NE(std::string(error.what()).find("missing"), std::string::npos);
+    }
+}
+
+TEST_F(Serving, SurvivesWithoutDescriptors) {
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    std::vector<FileDescriptor> clients;
+    for (int client = 0; client < 3; ++client) {
+        clients.push_back(server.connect());
+    }
+    // A served ping shows that the three before it are accepted.
+    const FileDescriptor served = server.connect();
+    send(served, pingRequest);
+    EXPECT_EQ(answerOf(served), pingAnswer);
+
+    clients.push_back(FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)));
+    struct rlimit limit {};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlim_t kept = limit.rlim_cur;
+    std::vector<FileDescriptor> fill;
+    limit.rlim_cur = 64;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    while (fill.emplace_back(::dup(0))) {
+    }
+    const sockaddr_un address = unixSocketAddress(server.socketPath().string());
+    ASSERT_EQ(::connect(clients.back().get(), reinterpret_cast<const sockaddr*>(&address),
+                        sizeof address),
+              0);
+    send(clients.back(), pingRequest);
+    EXPECT_EQ(answerOf(clients.back()), pingAnswer) << "an older connection gives way";
+    fill.clear();
+    limit.rlim_cur = kept;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    const FileDescriptor later = server.connect();
+    send(later, pingRequest);
+    EXPECT_EQ(answerOf(later), pingAnswer);
+}
+
+/// Requests that are nearly right: members dropped, doubled, of other types, cut, or noise.
+std::string badRequest(std::mt19937& random) {
+    const auto pick = [&random](std::initializer_list<const char*> choices) {
+        return std::string(choices.begin()[random() % choices.size()]);
+    };
+    std::string text = "{";
+    for (std::uint32_t members = random() % 4; members > 0; --members) {
+        text += pick({"\"action\":", "\"fanIndex\":", "\"rpm\":", "\"x\":", "action:", "\"\\u00"});
+        text += pick({"\"setFanRPM\"", "null", "1e999", "-1", "[[]]", "{\"a\":{}}", "true", "\"\\",
+                      "12345678901234567890", "\"\xf0\x9f", "0x10", "\"Ping\""});
+        text += pick({",", "", ",,", "}", "]"});
+    }
+    text += pick({"}", "", "}}", "]", "\0x"});
+    if (random() % 8 == 0) {
+        text[random() % text.size()] = static_cast<char>(random());
+    }
+    return random() % 50 == 0 ? std::string(1 + random() % 6000, '{') : text;
+}
+
+TEST_F(Serving, GeneratedBadRequestsDoNoHarm) {
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    std::mt19937 random(7);
+    int answered = 0;
+    for (int round = 0; round < VENTARO_BAD_REQUESTS; ++round) {
+        const FileDescriptor client = server.connect();
+        send(client, badRequest(random));
+        ::shutdown(client.get(), SHUT_WR);
+        const std::string answer = answerOf(client);
+        ASSERT_FALSE(answer.empty());
+        if (!decodeHelperResponse(answer).success) {
+            ++answered;
+        }
+    }
+    EXPECT_EQ(answered + server.handled, VENTARO_BAD_REQUESTS);
+    EXPECT_GT(answered, VENTARO_BAD_REQUESTS * 9 / 10);
+    const FileDescriptor client = server.connect();
+    send(client, pingRequest);
+    EXPECT_EQ(answerOf(client), pingAnswer);
+}
+
+} // namespace
+} // namespace ventaro
