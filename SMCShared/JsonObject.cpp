@@ -189,7 +189,10 @@ void JsonObjectWriter::key(std::string_view member) {
     if (text_.size() > 1) {
         text_ += ',';
     }
-    text_ += quoted(member) + ':';
+    // Members are named by this program, in plain letters.
+    text_ += '"';
+    text_ += member;
+    text_ += "\":";
 }
 
 JsonObjectWriter& JsonObjectWriter::boolean(std::string_view member, bool value) {
@@ -200,7 +203,7 @@ JsonObjectWriter& JsonObjectWriter::boolean(std::string_view member, bool value)
 
 JsonObjectWriter& JsonObjectWriter::integer(std::string_view member, std::int64_t value) {
     key(member);
-    text_ += json(value).dump();
+    text_ += std::to_string(value);
     return *this;
 }
 

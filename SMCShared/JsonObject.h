@@ -57,7 +57,7 @@ private:
     std::map<std::string, Value, std::less<>> members_;
 };
 
-/// Builds one compact JSON object, members in the order of the calls.
+/// Builds one compact JSON object, members in the order of the calls. Member names are plain ASCII.
 class JsonObjectWriter {
 public:
     JsonObjectWriter& boolean(std::string_view member, bool value);

@@ -89,7 +89,7 @@ void HelperServer::run(int stopDescriptor) {
         closeOverdue();
         forgetClosed();
         if ((ready > 0 && pollSet[1].revents != 0) || acceptAgainAt_) {
-            acceptConnections();
+            acceptConnection();
         }
     }
 }
@@ -117,44 +117,44 @@ int HelperServer::millisecondsToNextDeadline() const {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
-void HelperServer::acceptConnections() {
-    constexpr auto pause = std::chrono::milliseconds(100);
-    constexpr int mostPerRound = 64; // so that waiting requests get their turn in a storm
+void HelperServer::acceptConnection() {
     if (acceptAgainAt_ && Clock::now() < *acceptAgainAt_) {
         return;
     }
-    for (int round = 0; round < mostPerRound; ++round) {
-        FileDescriptor socket(
-            ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-        if (!socket) {
-            if (isOutOfResources(errno)) {
-                if (!connections_.empty()) {
-                    makeRoom();
-                    continue;
-                }
-                if (!acceptAgainAt_) {
-                    log_.error("cannot accept connections: " +
-                               std::generic_category().message(errno));
-                }
-                acceptAgainAt_ = Clock::now() + pause;
-                return;
-            }
-            break;
-        }
-        if (!mayConnect_(socket.get())) {
-            const auto peer = peerUser(socket.get());
-            log_.error("connection refused for user " +
-                       (peer ? std::to_string(*peer) : std::string("unknown")));
-            continue;
-        }
-        if (connections_.size() >= options_.maximumConnections) {
-            makeRoom();
-        }
-        connections_.push_back({std::move(socket), Clock::now() + options_.requestTimeout, {}});
-        serve(connections_.back());
-        forgetClosed();
+    FileDescriptor socket(
+        ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket && isOutOfResources(errno)) {
+        waitForResources(errno);
+        return;
     }
     acceptAgainAt_.reset();
+    if (!socket) {
+        return; // the client has gone again
+    }
+    if (!mayConnect_(socket.get())) {
+        const auto peer = peerUser(socket.get());
+        log_.error("connection refused for user " +
+                   (peer ? std::to_string(*peer) : std::string("unknown")));
+        return;
+    }
+    if (connections_.size() >= options_.maximumConnections) {
+        makeRoom();
+    }
+    connections_.push_back({std::move(socket), Clock::now() + options_.requestTimeout, {}});
+    serve(connections_.back()); // the request is mostly there already
+    forgetClosed();
+}
+
+void HelperServer::waitForResources(int error) {
+    constexpr auto pause = std::chrono::milliseconds(100);
+    if (!connections_.empty()) {
+        makeRoom();
+        return;
+    }
+    if (!acceptAgainAt_) {
+        log_.error("cannot accept connections: " + std::generic_category().message(error));
+    }
+    acceptAgainAt_ = Clock::now() + pause;
 }
 
 void HelperServer::makeRoom() {

@@ -3,6 +3,7 @@
 #include "FileDescriptor.h"
 #include "HelperIPC.h"
 #include "HelperLog.h"
+#include "Platform.h"
 #include "RequestReader.h"
 
 #include <sys/types.h>
@@ -18,8 +19,9 @@ struct pollfd;
 namespace ventaro {
 
 /// Whether a process of `peer` may send requests: root may, and the user at the machine's screen.
-constexpr bool isPeerAllowed(std::optional<uid_t> peer, std::optional<uid_t> consoleUser) {
-    return peer && (*peer == 0 || peer == consoleUser);
+/// `console` is asked only if the peer is not root.
+inline bool isPeerAllowed(std::optional<uid_t> peer, const ConsoleUser& console) {
+    return peer && (*peer == 0 || peer == console.current());
 }
 
 struct HelperServerOptions {
@@ -62,7 +64,8 @@ private:
 
     void fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const;
     int millisecondsToNextDeadline() const;
-    void acceptConnections();
+    void acceptConnection();
+    void waitForResources(int error);
     void makeRoom();
     void closeOverdue();
     /// Reads what is there; answers and closes (empties `socket`) once the request is decided.

@@ -83,10 +83,7 @@ int serve(const HelperLog& log) {
             ioKit.restart(requestBudget);
             return handler.handle(request);
         },
-        [&](int socket) {
-            return isPeerAllowed(peerUser(socket), platform.consoleUser->current());
-        },
-        log);
+        [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log);
     log.change("serving, version " VENTARO_VERSION);
     server.run(stop.get());
     log.change("stopped");

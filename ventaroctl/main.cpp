@@ -52,7 +52,7 @@ int run(int argc, char** argv) {
     app.footer("Exit codes: 0 done, 1 the machine or the helper refused or is not there, 2 wrong "
                "usage.");
     app.set_version_flag("--version", "ventaroctl " VENTARO_VERSION);
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
 
     bool json = false;
     const auto command = [&](const char* name, const char* description) {
@@ -95,6 +95,10 @@ int run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? EXIT_SUCCESS : exitWrongUsage;
+    }
+    if (app.get_subcommands().empty()) {
+        std::cerr << "A subcommand is required.\n\n" << app.help();
+        return exitWrongUsage;
     }
 
     const Platform& platform = Platform::install(makeHostPlatform(false).platform);

@@ -90,6 +90,15 @@ std::string answerOf(const FileDescriptor& client) {
 constexpr const char* pingRequest = R"({"action":"ping"})";
 constexpr const char* pingAnswer = R"({"success":true,"message":"ping","version":1})";
 
+class FixedConsoleUser final : public ConsoleUser {
+public:
+    explicit FixedConsoleUser(std::optional<uid_t> user) : user_(user) {}
+    std::optional<uid_t> current() const override { return user_; }
+
+private:
+    std::optional<uid_t> user_;
+};
+
 class Serving : public testing::Test {
 protected:
     TemporaryFolder folder_;
@@ -204,11 +213,15 @@ TEST_F(Serving, RequestsThatHaveArrivedAreServedBeforeRoomIsMade) {
 }
 
 TEST_F(Serving, OthersAreTurnedAwayWithoutAnAnswer) {
-    EXPECT_TRUE(isPeerAllowed(0, std::nullopt));
-    EXPECT_TRUE(isPeerAllowed(501, 501));
-    EXPECT_FALSE(isPeerAllowed(502, 501));
-    EXPECT_FALSE(isPeerAllowed(501, std::nullopt));
-    EXPECT_FALSE(isPeerAllowed(std::nullopt, std::nullopt));
+    struct Row {
+        std::optional<uid_t> peer, console;
+        bool allowed;
+    };
+    const Row rows[] = {{0, {}, true},    {0, 501, true},   {501, 501, true}, {502, 501, false},
+                        {501, {}, false}, {{}, 501, false}, {{}, {}, false}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(isPeerAllowed(row.peer, FixedConsoleUser(row.console)), row.allowed);
+    }
 
     const RunningServer server(folder_.path(), milliseconds(500), [](int) { return false; });
     const FileDescriptor client = server.connect();

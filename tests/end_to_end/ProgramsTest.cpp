@@ -1,0 +1,213 @@
+#include "SimulatedMachine.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+namespace ventaro {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(Programs, ForceAFanAndHandItBack) {
+    const SimulatedMachine machine({"--workload", "office"});
+    EXPECT_EQ(machine.ctl({"set", "0", "4000"}).output,
+              "Linker Lüfter (CPU) auf 4000 RPM gesetzt.\n");
+    EXPECT_EQ(machine.key("F0Md"), "1.0000");
+    EXPECT_EQ(machine.key("F0Tg"), "4000.0000");
+    const double before = std::stod(machine.key("TCXC"));
+    machine.control({"step", "120"});
+    EXPECT_NEAR(std::stod(machine.key("F0Ac")), 4000, 10);
+    EXPECT_LT(std::stod(machine.key("TCXC")), before - 3) << "the temperature falls";
+
+    EXPECT_EQ(machine.ctl({"auto", "0"}).output, "Linker Lüfter (CPU) auf macOS-Automatik.\n");
+    EXPECT_EQ(machine.key("F0Md"), "0.0000");
+    machine.ctl({"set", "1", "3000"});
+    EXPECT_EQ(
+        machine.ctl({"auto", "--json"}).output,
+        "{\"success\":true,\"message\":\"Alle Lüfter auf macOS-Automatik.\",\"version\":1}\n");
+    EXPECT_EQ(machine.key("F1Md"), "0.0000");
+}
+
+TEST(Programs, ExitCodes) {
+    const SimulatedMachine machine({}, false);
+    struct Row {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* errors;
+    };
+    const Row rows[] = {
+        {{"--help"}, 0, ""},
+        {{"--version"}, 0, ""},
+        {{"set", "--help"}, 0, ""},
+        {{"fans"}, 0, ""},
+        {{"sensors", "--json"}, 0, ""},
+        {{"watch", "--count", "2", "--interval", "0.05"}, 0, ""},
+        {{"watch", "--count", "1", "--json"}, 0, ""},
+        {{}, 2, "subcommand"},
+        {{"frobnicate"}, 2, "frobnicate"},
+        {{"fans", "extra"}, 2, "extra"},
+        {{"set", "0"}, 2, "RPM is required"},
+        {{"set", "x", "1"}, 2, "FAN"},
+        {{"set", "-1", "2000"}, 2, ""},
+        {{"set", "0", "nan"}, 2, "nan"},
+        {{"set", "0", "2000x"}, 2, "2000x"},
+        {{"key", "TC0"}, 2, "four characters"},
+        {{"watch", "--count", "0"}, 2, "count"},
+        {{"watch", "--interval", "0"}, 2, "interval"},
+        {{"key", "ZZZZ"}, 1, "SMC-Schlüssel 'ZZZZ' wurde nicht gefunden."},
+        {{"ping"}, 1, "Hintergrund-Helper nicht erreichbar (/var/run/com.ventaro.helper.sock)."},
+        {{"set", "0", "2000"}, 1, "Hintergrund-Helper nicht erreichbar"},
+        {{"auto"}, 1, "Hintergrund-Helper nicht erreichbar"},
+    };
+    for (const Row& row : rows) {
+        const Outcome outcome = machine.ctl(row.arguments);
+        const std::string shown = testing::PrintToString(row.arguments);
+        EXPECT_EQ(outcome.exitCode, row.exitCode) << shown << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr(row.errors)) << shown;
+        EXPECT_EQ(outcome.errors.empty(), row.exitCode == 0) << shown << outcome.errors;
+    }
+}
+
+TEST(Programs, WithoutASmcNothingIsInvented) {
+    const TemporaryFolder folder;
+    for (const char* command : {"fans", "sensors", "watch"}) {
+        const Outcome outcome =
+            runProgram(folder.path(), {bin + "ventaroctl", command}, {"VENTARO_MACHINE_ROOT="});
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_THAT(outcome.errors, HasSubstr("AppleSMC IOKit-Dienst wurde nicht gefunden."));
+    }
+    const Outcome bad =
+        runProgram(folder.path(), {bin + "ventaroctl", "fans"}, {"VENTARO_MACHINE_ROOT=nowhere"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_THAT(bad.errors, HasSubstr("nowhere"));
+}
+
+TEST(Programs, AFullDiskIsNoSuccess) {
+    const SimulatedMachine machine;
+    const Outcome outcome =
+        machine.run({"/bin/sh", "-c", bin + "ventaroctl fans --json >/dev/full"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("standard output"));
+}
+
+TEST(Programs, WatchRedrawsInPlaceAndGivesTheTerminalBack) {
+    const SimulatedMachine machine;
+    const std::string watch = bin + "ventaroctl watch --interval 0.05";
+    const Outcome outcome = machine.run({"script", "-qec", watch + " --count 3", "/dev/null"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.output, StartsWith("\x1b[?1049h\x1b[?25l"));
+    EXPECT_THAT(outcome.output, HasSubstr("simulated MacBook"));
+    EXPECT_TRUE(outcome.output.ends_with("\x1b[?25h\x1b[?1049l")) << outcome.output;
+
+    Program endless(machine.folder(), {"script", "-qec", "echo $$; exec " + watch, "/dev/null"},
+                    machine.environment());
+    ASSERT_TRUE(waitUntil([&] { return endless.output().find("Linker") != std::string::npos; }));
+    ::kill(std::stoi(endless.output()), SIGINT);
+    EXPECT_EQ(endless.wait(), 0);
+    EXPECT_TRUE(endless.output().ends_with("\x1b[?25h\x1b[?1049l"));
+}
+
+TEST(HelperProgram, ResetAllNeedsTheMachinesRoot) {
+    const SimulatedMachine machine;
+    machine.ctl({"set", "0", "3000"});
+    const std::vector<std::string> resetAll{machine.path("/Library/PrivilegedHelperTools/"
+                                                         "com.ventaro.helper"),
+                                            "--reset-all"};
+    const Outcome refused = machine.run(resetAll, "user");
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("(kern: -536870207, smc: 0). Root-Rechte erforderlich."));
+    EXPECT_EQ(machine.key("F0Md"), "1.0000");
+    EXPECT_EQ(machine.run(resetAll, "root").exitCode, 0);
+    EXPECT_EQ(machine.key("F0Md"), "0.0000");
+}
+
+TEST(HelperProgram, CommandLine) {
+    const SimulatedMachine machine({}, false);
+    const std::string helper = bin + "VentaroHelper";
+    EXPECT_THAT(machine.run({helper, "--help"}).output, HasSubstr("--reset-all"));
+    EXPECT_THAT(machine.run({helper, "--version"}).output, StartsWith("VentaroHelper "));
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{helper, "--reset"},
+                                                      {helper, "--reset-all", "x"},
+                                                      {helper, ""}}) {
+        EXPECT_EQ(machine.run(arguments, "root").exitCode, 2);
+    }
+}
+
+TEST(HelperProgram, SignalsEndItAndTakeTheSocketAway) {
+    const SimulatedMachine machine({}, false);
+    const std::string socket = machine.path(HelperConstants::socketPath);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        Program helper(machine.folder(), {bin + "VentaroHelper"}, machine.environment("root"));
+        ASSERT_TRUE(waitUntil([&] { return machine.ctl({"ping"}).exitCode == 0; }));
+        helper.signal(SIGPIPE);
+        const Outcome second = machine.run({bin + "VentaroHelper"}, "root");
+        EXPECT_EQ(second.exitCode, 1);
+        EXPECT_THAT(second.errors, HasSubstr("another instance"));
+        EXPECT_EQ(machine.ctl({"ping"}).exitCode, 0);
+        helper.signal(signal);
+        EXPECT_EQ(helper.wait(), 0);
+        EXPECT_FALSE(std::filesystem::exists(socket));
+    }
+}
+
+TEST(HelperProgram, KilledWithAFanForcedItComesBackAndTheFanStays) {
+    const SimulatedMachine machine;
+    machine.ctl({"set", "0", "4000"});
+    const pid_t first = machine.helperProcess();
+    ASSERT_GT(first, 0);
+    ::kill(first, SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return machine.helperProcess() == 0; }));
+    EXPECT_EQ(machine.ctl({"ping"}).exitCode, 1);
+    machine.control({"step", "10"}); // the restart of a job that ran too shortly is held back
+    ASSERT_TRUE(waitUntil([&] { return machine.ctl({"ping"}).exitCode == 0; }));
+    EXPECT_NE(machine.helperProcess(), first);
+    EXPECT_EQ(machine.key("F0Md"), "1.0000");
+    EXPECT_EQ(machine.key("F0Tg"), "4000.0000");
+    EXPECT_THAT(readFile(machine.path("/var/log/launchd.log")), HasSubstr("signal 9"));
+    EXPECT_THAT(readFile(machine.path("/var/log/com.ventaro.helper.log")),
+                HasSubstr("fan 0 forced"));
+}
+
+TEST(HelperProgram, AServiceThatComesBackIsFoundAgain) {
+    const SimulatedMachine machine;
+    ASSERT_EQ(machine.ctl({"set", "0", "3000"}).exitCode, 0);
+    machine.control({"fault", "service", "gone"});
+    EXPECT_EQ(machine.ctl({"fans"}).exitCode, 1);
+    const Outcome refused = machine.ctl({"set", "0", "3500"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("F0Tg"));
+    machine.control({"clear"});
+    EXPECT_EQ(machine.ctl({"set", "0", "3500"}).exitCode, 0);
+}
+
+TEST(HelperProgram, AHangingSmcStillGetsAnAnswerInTime) {
+    const SimulatedMachine machine;
+    machine.control({"fault", "F0Mn", "late", "600000"});
+    const Outcome outcome = machine.ctl({"set", "0", "3000"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("F0Tg")) << "the helper's own answer, not a time-out";
+    EXPECT_EQ(machine.ctl({"set", "1", "3000"}).exitCode, 0) << "and goes on";
+}
+
+/// How often the process has gone to sleep: once for each time it was woken up.
+std::string sleeps(pid_t process) {
+    const std::string status = readFile("/proc/" + std::to_string(process) + "/status");
+    const std::size_t at = status.find("voluntary_ctxt_switches");
+    return status.substr(at, status.find('\n', at) - at);
+}
+
+TEST(HelperProgram, DoesNotWakeUpWhileIdle) {
+    const SimulatedMachine machine;
+    const pid_t helper = machine.helperProcess();
+    const std::string before = sleeps(helper);
+    for (int round = 0; round < 30; ++round) {
+        machine.ctl({"fans"}); // time passes, and the helper is not needed
+    }
+    EXPECT_EQ(sleeps(helper), before);
+}
+
+} // namespace
+} // namespace ventaro
