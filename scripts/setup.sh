@@ -1,14 +1,11 @@
 # Sourced by the other scripts: where the project is, and how its packages get here.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034
 
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-# shellcheck disable=SC2034 # the sourcing scripts use it
 bin="$project/build/release/bin"
 
 build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev libpugixml-dev)
-# shellcheck disable=SC2034
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace)
-# shellcheck disable=SC2034
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
 
 fail() {
