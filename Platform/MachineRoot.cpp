@@ -37,8 +37,8 @@ MachineRootChoice chooseMachineRoot(const char* environmentValue, bool privilege
     MachineRoot root{std::filesystem::path(environmentValue)};
     struct stat status {};
     if (privileged && (::stat(root.folder().c_str(), &status) != 0 ||
-                       !mayTrustMachineRoot(::geteuid(), status.st_uid))) {
-        return {std::nullopt, "\"" + root.folder().string() + "\" does not belong to root"};
+                       !mayTrustMachineRoot(::geteuid(), status.st_uid, status.st_mode))) {
+        return {std::nullopt, "\"" + root.folder().string() + "\" does not belong to root alone"};
     }
     return {std::move(root), {}};
 }

@@ -40,10 +40,11 @@ struct MachineRootChoice {
     std::string ignoredBecause;
 };
 
-/// Whether a process of `effectiveUser` may be steered by a folder that `folderOwner` owns. A
-/// process that runs as root follows only root.
-constexpr bool mayTrustMachineRoot(uid_t effectiveUser, uid_t folderOwner) {
-    return effectiveUser != 0 || folderOwner == 0;
+/// Whether a process of `effectiveUser` may be steered by a folder of this owner and mode. A
+/// process that runs as root follows only a folder that nobody but root can change.
+constexpr bool mayTrustMachineRoot(uid_t effectiveUser, uid_t folderOwner, mode_t folderMode) {
+    constexpr mode_t writableByOthers = 0022;
+    return effectiveUser != 0 || (folderOwner == 0 && (folderMode & writableByOthers) == 0);
 }
 
 /// Reads the environment variable. With `privileged` a folder that the process may not trust is

@@ -51,6 +51,7 @@ FileDescriptor listenOnUnixSocket(const std::filesystem::path& path, int type, m
 }
 
 void setSocketTimeout(int socket, int option, std::chrono::milliseconds timeout) {
+    timeout = std::max(timeout, std::chrono::milliseconds(1)); // the kernel waits for ever on 0
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(timeout);
     const std::chrono::microseconds rest = timeout - seconds;
     timeval value{};

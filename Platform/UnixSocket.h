@@ -29,7 +29,7 @@ FileDescriptor listenOnUnixSocket(const std::filesystem::path& path, int type, m
 FileDescriptor connectToUnixSocket(const std::filesystem::path& path, int type,
                                    std::chrono::milliseconds timeout);
 
-/// Bounds each call that `option` names (SO_RCVTIMEO, SO_SNDTIMEO) on `socket`.
+/// Bounds each call that `option` names (SO_RCVTIMEO, SO_SNDTIMEO) on `socket`, by at least 1 ms.
 void setSocketTimeout(int socket, int option, std::chrono::milliseconds timeout);
 
 /// The user at the other end of a connected Unix domain socket; no value if the kernel does not

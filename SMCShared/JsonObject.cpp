@@ -57,8 +57,9 @@ public:
     bool boolean(bool value) override { return store(value); }
     bool number_integer(number_integer_t value) override { return store(value); }
     bool number_unsigned(number_unsigned_t value) override { return store(value); }
-    bool number_float(number_float_t value, const string_t& /*text*/) override {
-        return store(value);
+    bool number_float(number_float_t value, const string_t& text) override {
+        const bool isInteger = text.find_first_of(".eE") == string_t::npos;
+        return isInteger ? store(JsonObjectReader::HugeInteger{value}) : store(value);
     }
     bool string(string_t& value) override { return store(std::move(value)); }
     bool binary(binary_t& /*value*/) override { return false; }
@@ -74,16 +75,13 @@ public:
     bool key(string_t& name) override {
         if (depth_ == 1) {
             name_ = std::move(name);
-            if (members.find(name_) != members.end()) {
-                return fail(DecodingError::Reason::repeated, name_);
-            }
         }
         return true;
     }
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                      const json::exception& exception) override {
         constexpr int numberOverflow = 406;
-        return exception.id == numberOverflow && depth_ == 1
+        return exception.id == numberOverflow && depth_ > 0
                    ? fail(DecodingError::Reason::outOfRange, name_)
                    : fail(DecodingError::Reason::malformed, {});
     }
@@ -99,7 +97,10 @@ private:
             return fail(DecodingError::Reason::malformed, {});
         }
         if (depth == 1) {
-            members.emplace(name_, std::move(value));
+            const auto [entry, isNew] = members.try_emplace(name_, std::move(value));
+            if (!isNew) {
+                entry->second = JsonObjectReader::Repeated{};
+            }
         }
         return true;
     }
@@ -139,6 +140,9 @@ const JsonObjectReader::Value& JsonObjectReader::find(std::string_view member) c
     if (found == members_.end()) {
         throw DecodingError(DecodingError::Reason::missing, std::string(member));
     }
+    if (std::holds_alternative<Repeated>(found->second)) {
+        throw DecodingError(DecodingError::Reason::repeated, std::string(member));
+    }
     return found->second;
 }
 
@@ -161,6 +165,9 @@ std::int64_t JsonObjectReader::integer(std::string_view member) const {
         }
         return static_cast<std::int64_t>(*unsignedValue);
     }
+    if (std::holds_alternative<HugeInteger>(value)) {
+        throw DecodingError(DecodingError::Reason::outOfRange, std::string(member));
+    }
     throw DecodingError(DecodingError::Reason::wrongType, std::string(member));
 }
 
@@ -168,6 +175,9 @@ double JsonObjectReader::number(std::string_view member) const {
     const Value& value = find(member);
     if (const auto* real = std::get_if<double>(&value)) {
         return *real;
+    }
+    if (const auto* huge = std::get_if<HugeInteger>(&value)) {
+        return huge->value;
     }
     if (const auto* signedValue = std::get_if<std::int64_t>(&value)) {
         return static_cast<double>(*signedValue);

@@ -35,8 +35,8 @@ private:
 };
 
 /// The members of one JSON object, read strictly: every accessor throws DecodingError for a member
-/// that is missing or of another JSON type (null is one, true and 1.0 are no integers). Members
-/// nobody asks for are ignored. Immutable.
+/// that is missing, repeated or of another JSON type (null is one, true and 1.0 are no integers).
+/// Members nobody asks for are ignored. Immutable.
 class JsonObjectReader {
 public:
     /// `text` must be exactly one JSON object.
@@ -48,8 +48,14 @@ public:
     double number(std::string_view member) const;
     const std::string& string(std::string_view member) const;
 
-    struct Other {}; ///< null, an array or an object
-    using Value = std::variant<Other, bool, std::int64_t, std::uint64_t, double, std::string>;
+    struct Other {};    ///< null, an array or an object
+    struct Repeated {}; ///< a member that stands there more than once
+    /// An integer that no 64 bits hold.
+    struct HugeInteger {
+        double value;
+    };
+    using Value = std::variant<Other, Repeated, bool, std::int64_t, std::uint64_t, HugeInteger,
+                               double, std::string>;
 
 private:
     const Value& find(std::string_view member) const;

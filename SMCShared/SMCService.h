@@ -89,6 +89,9 @@ public:
     std::vector<FanReading> readFans();
     /// The speed that the SMC steers the fan to, in RPM; no value if it does not say.
     std::optional<double> readFanTargetRPM(int fanIndex);
+    /// Whether the fan is forced, by its mode key or by the force mask; no value if neither
+    /// answers.
+    std::optional<bool> readFanForced(int fanIndex);
     /// Takes the fan out of the automatic regulation and steers it to `rpm`, raised to its minimum
     /// and lowered to its maximum. Throws SMCError; what was written before the failure stays.
     void setFanTargetRPM(int fanIndex, double rpm);

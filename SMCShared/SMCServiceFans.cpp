@@ -25,6 +25,8 @@ double limitOr(std::optional<double> limit, double fallback) {
     return limit && std::isfinite(*limit) ? *limit : fallback;
 }
 
+bool isForcedMode(double mode) { return std::trunc(mode) == 1; }
+
 std::uint16_t forceBit(int fanIndex) {
     return fanIndex >= 0 && fanIndex < forceMaskBits ? static_cast<std::uint16_t>(1U << fanIndex)
                                                      : std::uint16_t{0};
@@ -65,7 +67,7 @@ std::vector<FanReading> SMCService::readFans() {
         fan.maxRPM = readDouble(fanKey(index, "Mx")).value_or(defaultMaximum(index));
         fan.targetRPM = readDouble(fanKey(index, "Tg")).value_or(fan.currentRPM);
         const double mode = readDouble(fanKey(index, "Md")).value_or(0);
-        fan.mode = std::trunc(mode) == 1 ? FanMode::forced : FanMode::automatic;
+        fan.mode = isForcedMode(mode) ? FanMode::forced : FanMode::automatic;
         fans.push_back(std::move(fan));
     }
     return fans;
@@ -73,6 +75,14 @@ std::vector<FanReading> SMCService::readFans() {
 
 std::optional<double> SMCService::readFanTargetRPM(int fanIndex) {
     return readDouble(fanKey(fanIndex, "Tg"));
+}
+
+std::optional<bool> SMCService::readFanForced(int fanIndex) {
+    if (const auto mode = readDouble(fanKey(fanIndex, "Md"))) {
+        return isForcedMode(*mode);
+    }
+    const auto mask = readForceMask();
+    return mask ? std::optional((*mask & forceBit(fanIndex)) != 0) : std::nullopt;
 }
 
 bool SMCService::answers(std::string_view key) {

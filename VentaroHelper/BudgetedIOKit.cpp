@@ -2,11 +2,17 @@
 
 namespace ventaro {
 
-void BudgetedIOKit::restart(std::chrono::milliseconds budget) {
-    end_ = std::chrono::steady_clock::now() + budget;
+void BudgetedIOKit::restart(Clock::time_point end) {
+    start_ = Clock::now();
+    end_ = end;
 }
 
-bool BudgetedIOKit::isUsedUp() const { return std::chrono::steady_clock::now() >= end_; }
+bool BudgetedIOKit::isUsedUp() const {
+    // Work that is under way takes a millisecond; only what hangs is worth giving up half done.
+    constexpr auto patienceWhenStopping = std::chrono::milliseconds(100);
+    const auto now = Clock::now();
+    return now >= end_ || (now - start_ > patienceWhenStopping && isStopping_());
+}
 
 IOServiceMatch BudgetedIOKit::serviceMatching(std::string_view className) {
     return inner_.serviceMatching(className);

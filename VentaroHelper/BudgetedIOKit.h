@@ -3,6 +3,7 @@
 #include "IOKit.h"
 
 #include <chrono>
+#include <functional>
 
 namespace ventaro {
 
@@ -10,11 +11,16 @@ namespace ventaro {
 /// fail at once with kIOReturnTimeout instead of each waiting for its own deadline. One thread.
 class BudgetedIOKit final : public IOKit {
 public:
-    /// `inner` must outlive this object. No budget until the first `restart`.
-    explicit BudgetedIOKit(IOKit& inner) : inner_(inner) {}
+    using Clock = std::chrono::steady_clock;
 
-    /// A new piece of work begins now; it may begin exchanges for `budget`.
-    void restart(std::chrono::milliseconds budget);
+    /// `inner` must outlive this object. `isStopping` tells whether the process has been asked to
+    /// end; then a piece of work that takes long is given up. No budget until the first `restart`.
+    explicit BudgetedIOKit(
+        IOKit& inner, std::function<bool()> isStopping = [] { return false; })
+        : inner_(inner), isStopping_(std::move(isStopping)) {}
+
+    /// A new piece of work begins now; it may begin exchanges until `end`.
+    void restart(Clock::time_point end);
 
     IOServiceMatch serviceMatching(std::string_view className) override;
     IOObject serviceGetMatchingService(const IOServiceMatch& matching) override;
@@ -30,7 +36,9 @@ private:
     bool isUsedUp() const;
 
     IOKit& inner_;
-    std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::time_point::max();
+    const std::function<bool()> isStopping_;
+    Clock::time_point start_ = Clock::time_point::min();
+    Clock::time_point end_ = Clock::time_point::max();
 };
 
 } // namespace ventaro

@@ -1,5 +1,6 @@
 #include "HelperLog.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +11,10 @@ namespace ventaro {
 namespace {
 
 void writeLine(int descriptor, std::string_view line) {
+    pollfd entry{descriptor, POLLOUT, 0};
+    if (::poll(&entry, 1, 0) <= 0) {
+        return; // a full pipe: nobody reads the log
+    }
     std::array<char, 32> stamp{};
     const std::time_t now = std::time(nullptr);
     std::tm parts{};

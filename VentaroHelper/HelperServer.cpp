@@ -30,6 +30,9 @@ FileDescriptor lockInstance(std::filesystem::path socketPath) {
         throw std::system_error(errno, std::generic_category(), path.string());
     }
     if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK) {
+            throw std::system_error(errno, std::generic_category(), path.string());
+        }
         throw std::runtime_error("another instance of the helper is running (it holds " +
                                  path.string() + ")");
     }
@@ -62,34 +65,54 @@ HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerChe
       mayConnect_(std::move(mayConnect)),
       log_(log),
       instanceLock_(lockInstance(options_.socketPath)),
-      listener_(replaceStaleSocket(options_.socketPath)) {}
+      listener_(replaceStaleSocket(options_.socketPath)),
+      turnBegan_(Clock::now()),
+      busySince_(turnBegan_) {}
 
 HelperServer::~HelperServer() { ::unlink(options_.socketPath.c_str()); }
 
 void HelperServer::run(int stopDescriptor) {
     std::vector<pollfd> pollSet;
     for (;;) {
+        const bool wasLong = isTurnLong();
         fillPollSet(pollSet, stopDescriptor);
         const int ready = ::poll(pollSet.data(), static_cast<nfds_t>(pollSet.size()),
                                  millisecondsToNextDeadline());
         if (ready < 0 && errno != EINTR) {
             throw std::system_error(errno, std::generic_category(), "poll");
         }
+        turnBegan_ = Clock::now();
+        if (!wasLong) {
+            busySince_ = turnBegan_;
+        }
+        if (ready > 0 && pollSet[0].revents != 0) {
+            connections_.clear();
+            return;
+        }
         if (ready > 0) {
-            if (pollSet[0].revents != 0) {
-                connections_.clear();
-                return;
-            }
-            for (std::size_t index = 0; index < connections_.size(); ++index) {
-                if (pollSet[index + 2].revents != 0) {
-                    serve(connections_[index]);
-                }
-            }
+            serveReady(pollSet);
         }
         closeOverdue();
         forgetClosed();
-        if ((ready > 0 && pollSet[1].revents != 0) || acceptAgainAt_) {
+        if (!isTurnLong() && ((ready > 0 && pollSet[1].revents != 0) || acceptAgainAt_)) {
             acceptConnection();
+        }
+    }
+}
+
+bool HelperServer::isTurnLong() const {
+    constexpr auto longTurn = std::chrono::milliseconds(50);
+    return Clock::now() - turnBegan_ > longTurn;
+}
+
+void HelperServer::serveReady(const std::vector<pollfd>& pollSet) {
+    constexpr std::size_t firstConnection = 2; // behind the stop descriptor and the listener
+    for (std::size_t index = 0; index < connections_.size(); ++index) {
+        if (pollSet[index + firstConnection].revents != 0) {
+            serve(connections_[index]);
+            if (isTurnLong()) {
+                return; // a request to stop comes first
+            }
         }
     }
 }
@@ -226,7 +249,7 @@ void HelperServer::serve(Connection& connection) {
 
 void HelperServer::carryOut(Connection& connection) {
     try {
-        answer(connection, handler_(decodeHelperRequest(connection.reader.text())));
+        answer(connection, handler_(decodeHelperRequest(connection.reader.text()), busySince_));
     } catch (const DecodingError& error) {
         refuse(connection, "request not understood",
                std::string("Die Anfrage ist nicht lesbar: ") + error.what());

@@ -33,10 +33,13 @@ struct HelperServerOptions {
 };
 
 /// Serves the helper's socket: one request and one response per connection. One thread around
-/// `poll`; no client can delay another, and without clients nothing wakes up.
+/// `poll`: a client that is slow or silent delays nobody, and without clients nothing wakes up.
 class HelperServer {
 public:
-    using Handler = std::function<HelperResponse(const HelperRequest&)>;
+    using Clock = std::chrono::steady_clock;
+    /// `waitingSince`: the earliest time at which the client may have sent the request.
+    using Handler =
+        std::function<HelperResponse(const HelperRequest&, Clock::time_point waitingSince)>;
     /// Tells whether the process at the other end of a connection may send requests.
     using PeerCheck = std::function<bool(int socket)>;
 
@@ -54,14 +57,15 @@ public:
     void run(int stopDescriptor);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     struct Connection {
         FileDescriptor socket;
         Clock::time_point deadline;
         RequestReader reader;
     };
 
+    void serveReady(const std::vector<pollfd>& pollSet);
+    /// Whether the current turn of the loop has kept other clients waiting.
+    bool isTurnLong() const;
     void fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const;
     int millisecondsToNextDeadline() const;
     void acceptConnection();
@@ -83,6 +87,10 @@ private:
     FileDescriptor listener_;
     std::vector<Connection> connections_;            ///< in order of acceptance
     std::optional<Clock::time_point> acceptAgainAt_; ///< set while descriptors are exhausted
+    Clock::time_point turnBegan_;
+    /// When the turns that followed each other without a pause began: clients that are found now
+    /// may have been waiting since then.
+    Clock::time_point busySince_;
 };
 
 } // namespace ventaro

@@ -4,9 +4,13 @@
 #include "HelperLog.h"
 #include "SMCService.h"
 
+#include <string>
+#include <variant>
+
 namespace ventaro {
 
-/// Carries requests out on the SMC. One thread.
+/// Carries requests out on the SMC, with a line in the log for each change and each failure. One
+/// thread.
 class RequestHandler {
 public:
     /// Both must outlive the handler.
@@ -16,17 +20,23 @@ public:
     HelperResponse handle(const HelperRequest& request);
 
 private:
+    struct Fan {
+        int index;
+        std::string name;
+    };
+
+    HelperResponse carryOut(const HelperRequest& request);
     HelperResponse setFanRPM(const HelperRequest& request);
     HelperResponse resetFanAuto(const HelperRequest& request);
     HelperResponse resetAllAuto();
-    /// The index as the SMC counts, or the refusal of one that it does not report.
-    std::variant<int, HelperResponse> checkedFan(const HelperRequest& request);
+    /// The fan as the SMC counts, or the refusal of one that it does not report.
+    std::variant<Fan, HelperResponse> checkedFan(const HelperRequest& request);
+    /// A reset that finds no mode to write succeeds, also when the SMC just did not answer. Throws
+    /// SMCError if it still does not; a refusal if the fan is still forced.
+    std::optional<HelperResponse> refusalIfStillForced(int fanIndex, const std::string& name);
 
     SMCService& smc_;
     const HelperLog& log_;
 };
-
-/// A response that tells the user why nothing was done.
-HelperResponse refusal(std::string sentence);
 
 } // namespace ventaro

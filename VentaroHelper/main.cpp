@@ -27,12 +27,14 @@ constexpr const char* usage =
     "  --version    show the version and exit\n";
 
 /// An answer must be there 2 s after its request. The last exchange may begin just before this
-/// budget ends and then take a second of its own.
+/// budget ends and then take a second of its own; requests behind it are refused at once.
 constexpr auto requestBudget = std::chrono::milliseconds(900);
 
 int stopSignalPipe = -1;
+volatile sig_atomic_t stopRequested = 0;
 
 void onStopSignal(int /*signal*/) {
+    stopRequested = 1;
     const int kept = errno;
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(stopSignalPipe, &byte, 1);
@@ -66,21 +68,25 @@ Platform hostPlatform(const HelperLog& log) {
 int resetAll(const HelperLog& log) {
     const Platform platform = hostPlatform(log);
     SMCService smc(*platform.ioKit);
-    smc.resetAllFansToAutomatic();
-    std::puts("Alle Lüfter auf macOS-Automatik.");
-    return EXIT_SUCCESS;
+    const HelperLog errorsOnly(-1, STDERR_FILENO);
+    const HelperResponse response =
+        RequestHandler(smc, errorsOnly).handle({HelperAction::resetAllAuto, {}, {}});
+    if (response.success) {
+        std::puts(response.message.c_str());
+    }
+    return response.success ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 int serve(const HelperLog& log) {
     const FileDescriptor stop = watchStopSignals();
     const Platform platform = hostPlatform(log);
-    BudgetedIOKit ioKit(*platform.ioKit);
+    BudgetedIOKit ioKit(*platform.ioKit, [] { return stopRequested != 0; });
     SMCService smc(ioKit);
     RequestHandler handler(smc, log);
     HelperServer server(
         {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath)},
-        [&](const HelperRequest& request) {
-            ioKit.restart(requestBudget);
+        [&](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
+            ioKit.restart(waitingSince + requestBudget);
             return handler.handle(request);
         },
         [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log);

@@ -38,8 +38,7 @@ void EventLoop::callDueTimers() {
 }
 
 void EventLoop::run() {
-    running_ = true;
-    while (running_) {
+    while (!stopped_) {
         std::vector<pollfd> pollSet;
         std::vector<std::weak_ptr<Callback>> callbacks;
         for (const auto& [descriptor, callback] : watches_) {

@@ -19,9 +19,9 @@ public:
     /// Calls `callback` once, after `delay` of the host's time.
     void after(std::chrono::milliseconds delay, Callback callback);
 
-    /// Runs until `stop`.
+    /// Runs until `stop`, not at all if that came first.
     void run();
-    void stop() { running_ = false; }
+    void stop() { stopped_ = true; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -31,7 +31,7 @@ private:
 
     std::map<int, std::shared_ptr<Callback>> watches_;
     std::multimap<Clock::time_point, Callback> timers_;
-    bool running_ = false;
+    bool stopped_ = false;
 };
 
 } // namespace ventaro

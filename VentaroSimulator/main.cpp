@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -22,6 +23,20 @@ std::string readFile(const std::string& path) {
         throw std::runtime_error("the fault file " + path + " cannot be read");
     }
     return text;
+}
+
+/// A number in decimal notation; CLI11's own range lets "nan" pass.
+CLI::Validator numberBetween(double least, double most) {
+    return {[least, most](std::string& text) {
+                double number = 0;
+                const char* end = text.data() + text.size();
+                const auto result = std::from_chars(text.data(), end, number);
+                return result.ec == std::errc{} && result.ptr == end && number >= least &&
+                               number <= most
+                           ? std::string()
+                           : "\"" + text + "\" is not a number in range";
+            },
+            "NUMBER"};
 }
 
 int run(int argc, char** argv) {
@@ -60,7 +75,7 @@ int run(int argc, char** argv) {
         ->option_text("N");
     auto* scale = app.add_option("--time-scale", options.timeScale,
                                  "machine seconds per real second, up to 1000")
-                      ->check(CLI::Range(0.001, 1000.0))
+                      ->check(numberBetween(0.001, 1000))
                       ->option_text("X");
     app.add_flag("--stepped", options.stepped, "the clock moves on command only")->excludes(scale);
     app.add_option("--helper", options.helperInstalled, "whether the helper is installed")

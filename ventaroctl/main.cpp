@@ -3,10 +3,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cmath>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <limits>
 
 namespace {
 
@@ -15,15 +16,19 @@ using namespace ventaro;
 constexpr int exitRefused = 1;
 constexpr int exitWrongUsage = 2;
 
-const CLI::Validator finiteSpeed(
-    [](std::string& text) {
-        char* end = nullptr;
-        const double speed = std::strtod(text.c_str(), &end);
-        return end != text.c_str() && *end == '\0' && std::isfinite(speed) && speed >= 0
-                   ? std::string()
-                   : "\"" + text + "\" is not a speed in RPM";
-    },
-    "RPM");
+/// A number in decimal notation; CLI11's own range lets "nan" pass.
+CLI::Validator numberBetween(double least, double most) {
+    return {[least, most](std::string& text) {
+                double number = 0;
+                const char* end = text.data() + text.size();
+                const auto result = std::from_chars(text.data(), end, number);
+                return result.ec == std::errc{} && result.ptr == end && number >= least &&
+                               number <= most
+                           ? std::string()
+                           : "\"" + text + "\" is not a number in range";
+            },
+            "NUMBER"};
+}
 
 const CLI::Validator fourCharacters(
     [](std::string& text) {
@@ -71,7 +76,7 @@ int run(int argc, char** argv) {
     double interval = 1;
     int count = 0;
     watchCommand->add_option("--interval", interval, "seconds between two looks")
-        ->check(CLI::Range(0.05, 3600.0))
+        ->check(numberBetween(0.05, 3600))
         ->option_text("SECONDS [1]");
     watchCommand->add_option("--count", count, "end after this many looks")
         ->check(CLI::Range(1, 1000000000))
@@ -81,7 +86,7 @@ int run(int argc, char** argv) {
     set->add_option("FAN", fan, "index of the fan, from 0")->required()->option_text("FAN");
     set->add_option("RPM", rpm, "the speed; the fan's limits apply")
         ->required()
-        ->check(finiteSpeed)
+        ->check(numberBetween(0, std::numeric_limits<double>::max()))
         ->option_text("RPM");
     auto* automaticFan =
         automatic->add_option("FAN", fan, "index of the fan, from 0")->option_text("FAN");

@@ -33,9 +33,12 @@ std::string describe(HelperClientError::Code code) {
 template<typename Call>
 auto continueAfterSignals(int socket, int option, std::chrono::milliseconds timeout, Call call) {
     const auto deadline = Clock::now() + timeout;
-    for (;;) {
+    for (bool interrupted = false;; interrupted = true) {
         const auto result = call();
         if (result >= 0 || errno != EINTR) {
+            if (interrupted) {
+                setSocketTimeout(socket, option, timeout); // the next call has all its time
+            }
             return result;
         }
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());

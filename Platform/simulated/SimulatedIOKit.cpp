@@ -40,7 +40,9 @@ SimulatedIOKit::SimulatedIOKit(std::filesystem::path socketPath, std::chrono::mi
 IOServiceMatch SimulatedIOKit::serviceMatching(std::string_view className) { return {className}; }
 
 IOObject SimulatedIOKit::serviceGetMatchingService(const IOServiceMatch& matching) {
-    return matching.className == SmcWire::serviceName && connect() ? serviceObject : 0;
+    return matching.className == SmcWire::serviceName && connect(Clock::now() + deadline_)
+               ? serviceObject
+               : 0;
 }
 
 KernelReturn SimulatedIOKit::serviceOpen(IOObject service, std::uint32_t /*type*/,
@@ -49,7 +51,7 @@ KernelReturn SimulatedIOKit::serviceOpen(IOObject service, std::uint32_t /*type*
         return kIOReturnBadArgument;
     }
     auto client = std::make_shared<UserClient>();
-    client->socket = connect();
+    client->socket = connect(Clock::now() + deadline_);
     if (!client->socket) {
         return kIOReturnNoDevice;
     }
@@ -90,12 +92,14 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
     // A connection that the service closed is only noticed here; one fresh try is what "the
     // service came back below the same handle" needs.
     const std::size_t packetSize = sizeof request + inputSize;
+    // One exchange at a time: there is always room for its packet.
     const auto send = [&] {
-        return client->socket && ::send(client->socket.get(), packet.data(), packetSize,
-                                        MSG_NOSIGNAL) == static_cast<ssize_t>(packetSize);
+        return client->socket &&
+               ::send(client->socket.get(), packet.data(), packetSize,
+                      MSG_NOSIGNAL | MSG_DONTWAIT) == static_cast<ssize_t>(packetSize);
     };
     if (!send()) {
-        client->socket = connect();
+        client->socket = connect(deadline);
         if (!send()) {
             client->socket.reset();
             return kIOReturnNoDevice;
@@ -118,8 +122,9 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
     return answer.kernelReturn;
 }
 
-FileDescriptor SimulatedIOKit::connect() const {
-    return connectToUnixSocket(socketPath_, SOCK_SEQPACKET, deadline_);
+FileDescriptor SimulatedIOKit::connect(Clock::time_point deadline) const {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+    return connectToUnixSocket(socketPath_, SOCK_SEQPACKET, left);
 }
 
 std::shared_ptr<SimulatedIOKit::UserClient> SimulatedIOKit::find(IOConnection connection) {

@@ -37,7 +37,7 @@ private:
         FileDescriptor socket;
     };
 
-    FileDescriptor connect() const;
+    FileDescriptor connect(std::chrono::steady_clock::time_point deadline) const;
     std::shared_ptr<UserClient> find(IOConnection connection);
 
     const std::filesystem::path socketPath_;

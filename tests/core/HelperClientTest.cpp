@@ -9,8 +9,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <thread>
@@ -20,6 +22,8 @@ namespace {
 
 /// Called before this program sends on a socket, to put a helper's moves at a certain point.
 std::function<void(int socket)> beforeSend;
+/// The most bytes that one call sends.
+std::size_t mostSent = SIZE_MAX;
 
 } // namespace
 
@@ -27,7 +31,7 @@ extern "C" ssize_t send(int socket, const void* bytes, std::size_t size, int fla
     if (beforeSend) {
         beforeSend(socket);
     }
-    return ::sendto(socket, bytes, size, flags, nullptr, 0);
+    return ::sendto(socket, bytes, std::min(size, mostSent), flags, nullptr, 0);
 }
 
 namespace ventaro {
@@ -168,6 +172,9 @@ TEST_F(HelperExchange, AHelperThatIsGoneBeforeTheRequestNeverKillsTheProcess) {
     EXPECT_EQ(outcomeOf([](int) {}), 4);
     beforeSend = nullptr;
     EXPECT_EQ(description_, "Senden an Helper fehlgeschlagen.");
+    mostSent = 5;
+    EXPECT_EQ(outcomeOf(waitForEnd), 4) << "a short write is not continued";
+    mostSent = SIZE_MAX;
 }
 
 TEST_F(HelperExchange, WithoutADescriptorThereIsNoSocket) {
@@ -244,15 +251,33 @@ TEST_F(HelperExchange, NoPathLeaksADescriptor) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(HelperExchange, ManyThreadsAtOnce) {
-    const HelperClient client(path_);
+TEST_F(HelperExchange, ManyThreadsAtOnceEachHaveTheirOwnConnection) {
+    constexpr int exchanges = 40;
+    const FileDescriptor listener = listenOnUnixSocket(path_, SOCK_STREAM, 0600);
+    std::thread helper([&] {
+        for (int served = 0; served < exchanges; ++served) {
+            pollfd entry{listener.get(), POLLIN, 0};
+            ::poll(&entry, 1, -1);
+            const FileDescriptor client(::accept(listener.get(), nullptr, nullptr));
+            const HelperRequest request = decodeHelperRequest(receive(client.get()));
+            reply(client.get(), encodeJson(HelperResponse{true, "", *request.fanIndex}));
+        }
+    });
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&] { EXPECT_FALSE(client.isDaemonActive()); });
+    for (std::int64_t thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int round = 0; round < exchanges / 4; ++round) {
+                EXPECT_EQ(HelperClient(path_)
+                              .sendSocketRequest({HelperAction::resetFanAuto, thread, {}})
+                              .version,
+                          thread);
+            }
+        });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
+    helper.join();
 }
 
 } // namespace

@@ -56,6 +56,7 @@ TEST(Programs, ExitCodes) {
         {{"key", "TC0"}, 2, "four characters"},
         {{"watch", "--count", "0"}, 2, "count"},
         {{"watch", "--interval", "0"}, 2, "interval"},
+        {{"watch", "--interval", "nan"}, 2, "interval"},
         {{"key", "ZZZZ"}, 1, "SMC-Schlüssel 'ZZZZ' wurde nicht gefunden."},
         {{"ping"}, 1, "Hintergrund-Helper nicht erreichbar (/var/run/com.ventaro.helper.sock)."},
         {{"set", "0", "2000"}, 1, "Hintergrund-Helper nicht erreichbar"},

@@ -112,6 +112,7 @@ TEST(SimulatorProgram, WrongUsageIsExplained) {
         {{"--workload", "nap"}, 2, "nap"},
         {{"--fans", "4"}, 2, "4"},
         {{"--time-scale", "0"}, 2, "time-scale"},
+        {{"--time-scale", "nan"}, 2, "time-scale"},
         {{"--time-scale", "2", "--stepped"}, 2, "excludes"},
         {{"--faults", "/no/such/file"}, 2, "/no/such/file"},
         {{"--faults", folder.path() / "faults"}, 1, "line 2"},

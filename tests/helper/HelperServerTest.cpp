@@ -37,8 +37,13 @@ public:
         stopWrite_.reset(ends[1]);
         server_ = std::make_unique<HelperServer>(
             HelperServerOptions{.socketPath = socketPath_, .requestTimeout = requestTimeout},
-            [this](const HelperRequest& request) {
+            [this](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
                 ++handled;
+                if (request.action == HelperAction::resetAllAuto) { // stands for a slow SMC
+                    std::this_thread::sleep_for(milliseconds(80));
+                    const auto waited = HelperServer::Clock::now() - waitingSince;
+                    return HelperResponse{true, std::to_string(waited / milliseconds(1)), 1};
+                }
                 return HelperResponse{true, std::string(rawValue(request.action)), 1};
             },
             std::move(mayConnect), log_);
@@ -172,17 +177,36 @@ TEST_F(Serving, ASlowClientDelaysNobody) {
     }
 }
 
-TEST_F(Serving, ASlowClientIsClosedInTime) {
-    const RunningServer server(folder_.path(), milliseconds(50));
+TEST_F(Serving, ASlowClientIsClosedAfterHalfASecond) {
+    const RunningServer server(folder_.path());
     const auto start = steady_clock::now();
     const FileDescriptor silent = server.connect();
-    const FileDescriptor slow = server.connect();
-    send(slow, "{");
-    for (const FileDescriptor* client : {&silent, &slow}) {
+    const FileDescriptor dripping = server.connect();
+    send(dripping, "{");
+    EXPECT_TRUE(waitUntil([&] { // progress does not buy more time
+        return ::send(dripping.get(), " ", 1, MSG_NOSIGNAL) < 0;
+    }));
+    const auto took = steady_clock::now() - start;
+    EXPECT_GE(took, milliseconds(500));
+    EXPECT_LT(took, milliseconds(2000)) << "before the client itself gives up";
+    for (const FileDescriptor* client : {&silent, &dripping}) {
         EXPECT_EQ(decodeHelperResponse(answerOf(*client)).message,
                   "Die Anfrage war nicht rechtzeitig vollständig.");
     }
-    EXPECT_GE(steady_clock::now() - start, milliseconds(50));
+}
+
+TEST_F(Serving, RequestsBehindSlowOnesCountTheirWaiting) {
+    const RunningServer server(folder_.path(), milliseconds(60000));
+    std::vector<FileDescriptor> clients;
+    for (int client = 0; client < 4; ++client) {
+        clients.push_back(server.connect());
+        send(clients.back(), R"({"action":"resetAllAuto"})");
+    }
+    int longest = 0;
+    for (const FileDescriptor& client : clients) {
+        longest = std::max(longest, std::stoi(decodeHelperResponse(answerOf(client)).message));
+    }
+    EXPECT_GE(longest, 3 * 80) << "the last one has waited for those before it";
 }
 
 TEST_F(Serving, TheOldestMakesRoomForTheThirtyThird) {
@@ -311,6 +335,33 @@ TEST_F(Serving, SurvivesWithoutDescriptors) {
     EXPECT_EQ(answerOf(later), pingAnswer);
 }
 
+TEST_F(Serving, WaitsForADescriptorWhenItHasNoConnectionToGiveUp) {
+    const RunningServer server(folder_.path());
+    const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const FileDescriptor log(::open((folder_.path() / "log").c_str(), O_RDONLY | O_CLOEXEC));
+    struct rlimit limit {};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlim_t kept = limit.rlim_cur;
+    std::vector<FileDescriptor> fill;
+    limit.rlim_cur = 64;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    while (fill.emplace_back(::dup(0))) {
+    }
+    const sockaddr_un address = unixSocketAddress(server.socketPath().string());
+    ASSERT_EQ(::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
+              0);
+    send(client, pingRequest);
+    char line[200];
+    EXPECT_TRUE(waitUntil([&] { return ::pread(log.get(), line, sizeof line, 0) > 0; }));
+    fill.clear();
+    limit.rlim_cur = kept;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(answerOf(client), pingAnswer);
+    const std::string lines = server.log();
+    EXPECT_NE(lines.find("cannot accept connections: Too many open files\n"), std::string::npos);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << "one line, not one per attempt";
+}
+
 /// Requests that are nearly right: members dropped, doubled, of other types, cut, or noise.
 std::string badRequest(std::mt19937& random) {
     const auto pick = [&random](std::initializer_list<const char*> choices) {
@@ -323,7 +374,7 @@ std::string badRequest(std::mt19937& random) {
                       "12345678901234567890", "\"\xf0\x9f", "0x10", "\"Ping\""});
         text += pick({",", "", ",,", "}", "]"});
     }
-    text += pick({"}", "", "}}", "]", "\0x"});
+    text += pick({"}", "", "}}", "]", "\x01"});
     if (random() % 8 == 0) {
         text[random() % text.size()] = static_cast<char>(random());
     }

@@ -93,6 +93,31 @@ TEST_F(Handling, AFailingWriteAnswersWithTheErrorItself) {
     EXPECT_TRUE(handle(HelperAction::ping).success) << "a ping touches nothing";
 }
 
+TEST_F(Handling, AResetIsASuccessOnlyIfTheSmcConfirmsIt) {
+    // The reset itself takes a key that does not answer for one the machine does not have.
+    const auto resets = [this] {
+        return std::vector{handle(HelperAction::resetAllAuto),
+                           handle(HelperAction::resetFanAuto, 1)};
+    };
+    for (const char* faults : {"service gone", "FNum read-fails\nF1Md read-fails"}) {
+        smc_.faults().addAll(faults);
+        for (const HelperResponse& response : resets()) {
+            EXPECT_FALSE(response.success) << faults;
+        }
+        smc_.faults().clear();
+    }
+    smc_.faults().add("F1Md value 01"); // it takes the write and stays as it is
+    for (const HelperResponse& response : resets()) {
+        EXPECT_EQ(response.message,
+                  "Rechter Lüfter (GPU) ist weiterhin auf eine feste Drehzahl gestellt.");
+    }
+    smc_.faults().clear();
+    smc_.faults().add("F1Md info-fails"); // a machine without modes has nothing to reset
+    for (const HelperResponse& response : resets()) {
+        EXPECT_TRUE(response.success);
+    }
+}
+
 TEST_F(Handling, ASpeedThatCannotBeReadBackIsNotMadeUp) {
     smc_.faults().add("F0Tg read-fails");
     EXPECT_EQ(handle(HelperAction::setFanRPM, 0, 4000).message,
@@ -107,13 +132,31 @@ TEST(Budget, ExchangesFailAtOnceWhenItIsUsedUp) {
     BudgetedIOKit ioKit(inner);
     SMCService service(ioKit);
     EXPECT_TRUE(service.readDouble("TC0P"));
-    ioKit.restart(std::chrono::milliseconds(0));
+    ioKit.restart(BudgetedIOKit::Clock::now());
     EXPECT_FALSE(service.readDouble("TC0P"));
     EXPECT_EQ(exchanges, 2);
     service.close();
     EXPECT_THROW(service.open(), SMCError);
-    ioKit.restart(std::chrono::minutes(1));
+    ioKit.restart(BudgetedIOKit::Clock::now() + std::chrono::minutes(1));
     EXPECT_TRUE(service.readDouble("TC0P"));
+}
+
+TEST(Budget, WorkThatHangsIsGivenUpWhenTheProcessIsToEnd) {
+    SimulatedSmc smc({});
+    InProcessIOKit inner(smc, true);
+    bool stopping = true;
+    BudgetedIOKit ioKit(inner, [&] { return stopping; });
+    SMCService service(ioKit);
+    const auto later = BudgetedIOKit::Clock::now() + std::chrono::minutes(1);
+    ioKit.restart(later);
+    EXPECT_NO_THROW(service.setFanTargetRPM(0, 3000)) << "what is quick is finished";
+    inner.onExchange = [](const SMCKeyData_t&) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(110)); // an SMC that hangs
+    };
+    EXPECT_THROW(service.setFanTargetRPM(0, 4000), SMCError);
+    stopping = false;
+    inner.onExchange = nullptr;
+    EXPECT_NO_THROW(service.setFanTargetRPM(0, 4000));
 }
 
 } // namespace

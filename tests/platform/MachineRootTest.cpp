@@ -33,10 +33,12 @@ TEST(MachineRootPaths, TheEnvironmentMustNameAFolder) {
 }
 
 TEST(MachineRootPaths, RootFollowsOnlyRoot) {
-    EXPECT_TRUE(mayTrustMachineRoot(0, 0));
-    EXPECT_FALSE(mayTrustMachineRoot(0, 501));
-    EXPECT_TRUE(mayTrustMachineRoot(501, 501));
-    EXPECT_TRUE(mayTrustMachineRoot(501, 502));
+    EXPECT_TRUE(mayTrustMachineRoot(0, 0, 0755));
+    EXPECT_FALSE(mayTrustMachineRoot(0, 501, 0700));
+    EXPECT_FALSE(mayTrustMachineRoot(0, 0, 0775));
+    EXPECT_FALSE(mayTrustMachineRoot(0, 0, 01777));
+    EXPECT_TRUE(mayTrustMachineRoot(501, 501, 0777));
+    EXPECT_TRUE(mayTrustMachineRoot(501, 502, 0700));
 }
 
 TEST(HostPlatformChoice, AHostWithoutAMachineHasNoService) {

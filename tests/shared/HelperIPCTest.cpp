@@ -25,7 +25,8 @@ TEST(HelperMessages, RequestsOnTheWire) {
         EXPECT_EQ(decodeHelperRequest(json), request);
     }
     const HelperRequest whole{HelperAction::setFanRPM, 1, 2500};
-    EXPECT_EQ(decodeHelperRequest(R"( {"rpm":2500,"x":[{}],"fanIndex":1,"action":"setFanRPM"} )"),
+    EXPECT_EQ(decodeHelperRequest(
+                  R"( {"rpm":2500,"x":[{}],"y":1,"y":2,"fanIndex":1,"action":"setFanRPM"} )"),
               whole);
     EXPECT_THROW(encodeJson({HelperAction::setFanRPM, 0, std::nan("")}), EncodingError);
     EXPECT_THROW(encodeJson({HelperAction::setFanRPM, 0, -INFINITY}), EncodingError);
