@@ -1,5 +1,6 @@
 #include "FileDescriptor.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,6 +14,14 @@ void FileDescriptor::reset(int descriptor) {
         errno = kept;
     }
     descriptor_ = descriptor;
+}
+
+void occupyStandardDescriptors() {
+    FileDescriptor next;
+    do {
+        next.release(); // the number of a standard descriptor, kept for the process's life
+        next.reset(::open("/dev/null", O_RDWR));
+    } while (next && next.get() <= STDERR_FILENO);
 }
 
 } // namespace ventaro

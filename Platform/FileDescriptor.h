@@ -34,4 +34,8 @@ private:
     int descriptor_ = -1;
 };
 
+/// Opens /dev/null for each standard descriptor that the process was started without, so that no
+/// socket takes its number and receives what is printed.
+void occupyStandardDescriptors();
+
 } // namespace ventaro

@@ -91,6 +91,11 @@ int serve(const HelperLog& log) {
         },
         [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log);
     log.change("serving, version " VENTARO_VERSION);
+    try {
+        smc.open();
+    } catch (const SMCError& error) {
+        log.error("serving without an SMC for now: " + error.errorDescription());
+    }
     server.run(stop.get());
     log.change("stopped");
     return EXIT_SUCCESS;
@@ -101,6 +106,7 @@ int serve(const HelperLog& log) {
 int main(int argc, char** argv) {
     constexpr int wrongUsage = 2;
     const std::string_view argument = argc > 1 ? argv[1] : "";
+    occupyStandardDescriptors();
     const HelperLog log(STDOUT_FILENO, STDERR_FILENO);
     try {
         if (argc == 1) {

@@ -92,7 +92,7 @@ std::string Launchd::list() const {
     return lines;
 }
 
-void Launchd::start(Job& job) {
+bool Launchd::start(Job& job) {
     job.startAt.reset();
     job.startedAt = clock_.now();
     const LaunchdJobDescription& description = job.description;
@@ -108,11 +108,13 @@ void Launchd::start(Job& job) {
         child.standardOutPath = resolved(description.standardOutPath);
         child.standardErrorPath = resolved(description.standardErrorPath);
         job.process = startChild(child);
+        return true;
     } catch (const std::exception& error) {
         log(description.label + " cannot be started: " + error.what());
         if (description.keepAlive) {
             job.startAt = job.startedAt + throttleInterval;
         }
+        return false;
     }
 }
 
@@ -130,8 +132,10 @@ bool Launchd::childEnded(pid_t pid, int waitStatus) {
     if (!job.description.keepAlive) {
         log(end);
     } else if (ran >= throttleInterval) {
-        log(end + ", restarted");
-        start(job);
+        log(end);
+        if (start(job)) {
+            log(job.description.label + " restarted");
+        }
     } else {
         log(end + " after " + std::to_string(ran.count()) +
             " ms, restart held back: a job may start once in 10 s");
@@ -142,9 +146,8 @@ bool Launchd::childEnded(pid_t pid, int waitStatus) {
 
 void Launchd::startDueJobs() {
     for (auto& [label, job] : jobs_) {
-        if (job.startAt && *job.startAt <= clock_.now()) {
+        if (job.startAt && *job.startAt <= clock_.now() && start(job)) {
             log(label + " restarted");
-            start(job);
         }
     }
 }

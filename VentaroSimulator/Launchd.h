@@ -48,7 +48,8 @@ private:
         std::optional<std::chrono::milliseconds> startAt;
     };
 
-    void start(Job& job);
+    /// False, with a line in the log, if the program cannot be run.
+    bool start(Job& job);
     void log(const std::string& line) const;
 
     EventLoop& loop_;

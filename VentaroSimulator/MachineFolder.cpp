@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -26,6 +27,12 @@ fs::path makeRoot(const std::optional<fs::path>& named) {
     if (named) {
         const fs::path folder = fs::absolute(*named).lexically_normal();
         fs::create_directories(folder);
+        struct stat status {};
+        if (::stat(folder.c_str(), &status) != 0 || status.st_uid != ::geteuid()) {
+            // Its helper would follow the folder's owner, or nobody.
+            throw std::runtime_error("the machine root \"" + folder.string() +
+                                     "\" belongs to another user");
+        }
         return fs::canonical(folder);
     }
     std::string pattern = fs::temp_directory_path() / "ventaro-XXXXXX";
@@ -47,8 +54,9 @@ MachineFolder::MachineFolder(const std::optional<fs::path>& named)
                                          "\" is too long for the paths of its sockets");
             }
         }
-        makeTree();
+        fs::create_directories(root_.resolve(runFolder));
         lock();
+        makeTree();
         removeSockets();
     } catch (...) {
         if (isTemporary_) {
@@ -70,7 +78,7 @@ MachineFolder::~MachineFolder() {
 }
 
 void MachineFolder::makeTree() const {
-    for (const char* folder : {runFolder, "/var/log", "/tmp", "/usr/bin", "/usr/sbin",
+    for (const char* folder : {"/var/log", "/tmp", "/usr/bin", "/usr/sbin",
                                "/Library/LaunchDaemons", "/Library/PrivilegedHelperTools"}) {
         fs::create_directories(root_.resolve(folder));
     }

@@ -15,7 +15,7 @@ class MachineFolder {
 public:
     /// `named`: the root to use, made if it does not exist; no value for a new temporary one.
     /// Throws std::runtime_error if the path is too long for the machine's sockets, if another
-    /// machine runs there, or if the tree cannot be made.
+    /// machine runs there, if it belongs to another user, or if the tree cannot be made.
     explicit MachineFolder(const std::optional<std::filesystem::path>& named);
     ~MachineFolder();
     MachineFolder(const MachineFolder&) = delete;

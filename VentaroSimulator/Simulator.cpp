@@ -58,7 +58,7 @@ std::filesystem::path bundledHelper() {
 FileDescriptor takeSignals() {
     sigset_t signals;
     ::sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD}) {
         ::sigaddset(&signals, signal);
     }
     ::sigprocmask(SIG_BLOCK, &signals, nullptr);
@@ -80,6 +80,7 @@ private:
     static constexpr std::chrono::milliseconds tickInterval{100};
     static constexpr std::chrono::seconds helperPatience{5};
     static constexpr std::chrono::seconds commandPatience{5};
+    static constexpr int killedBase = 128; // plus the signal's number, as a shell counts
 
     void tick();
     void bringUpToDate();
@@ -154,7 +155,12 @@ void RunningMachine::bringUpToDate() { smc_.advanceTo(clock_.now()); }
 void RunningMachine::startCommandOnceHelperServes(std::chrono::milliseconds waited) {
     constexpr std::chrono::milliseconds pause(10);
     const auto socket = folder_.root().resolve(HelperConstants::socketPath);
-    if (!options_.helperInstalled || waited >= helperPatience || std::filesystem::exists(socket)) {
+    const bool serves = std::filesystem::exists(socket);
+    if (!serves && options_.helperInstalled && waited >= helperPatience) {
+        std::fprintf(stderr, "VentaroSimulator: the helper does not serve; see %s\n",
+                     folder_.root().resolve("/var/log/com.ventaro.helper.err").c_str());
+    }
+    if (serves || !options_.helperInstalled || waited >= helperPatience) {
         startCommand();
         return;
     }
@@ -182,22 +188,25 @@ void RunningMachine::handleSignal() {
         const int signal = static_cast<int>(info.ssi_signo);
         if (signal == SIGCHLD) {
             reapChildren();
-        } else if (command_ != 0) {
-            // Ctrl-C has reached the command, too, which may want to clean up.
-            endCommand(signal == SIGINT ? 0 : SIGTERM);
-        } else {
+        } else if (command_ == 0) {
+            exitCode_ = options_.command.empty() ? EXIT_SUCCESS : killedBase + signal;
             loop_.stop();
+        } else if (signal == SIGINT || signal == SIGQUIT) {
+            // From the terminal it has reached the command, too, whose affair it is.
+            if (info.ssi_code != SI_KERNEL) {
+                ::kill(command_, signal);
+            }
+        } else {
+            endCommand(SIGTERM);
         }
     }
 }
 
 void RunningMachine::endCommand(int signal) {
-    if (signal != 0) {
-        ::kill(command_, signal);
-    }
-    loop_.after(commandPatience, [this, signal] {
+    ::kill(command_, signal);
+    loop_.after(commandPatience, [this] {
         if (command_ != 0) {
-            endCommand(signal == 0 ? SIGTERM : SIGKILL);
+            endCommand(SIGKILL);
         }
     });
 }
@@ -206,7 +215,6 @@ void RunningMachine::reapChildren() {
     int waitStatus = 0;
     for (pid_t pid = 0; (pid = ::waitpid(-1, &waitStatus, WNOHANG)) > 0;) {
         if (pid == command_) {
-            constexpr int killedBase = 128; // as a shell counts
             command_ = 0;
             exitCode_ = WIFSIGNALED(waitStatus) ? killedBase + WTERMSIG(waitStatus)
                                                 : WEXITSTATUS(waitStatus);

@@ -1,14 +1,16 @@
 #include "Faults.h"
+#include "FileDescriptor.h"
 #include "Simulator.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <map>
+#include <string_view>
 
 namespace {
 
@@ -39,74 +41,90 @@ CLI::Validator numberBetween(double least, double most) {
             "NUMBER"};
 }
 
-int run(int argc, char** argv) {
-    const std::filesystem::path calledAs(argv[0]);
-    if (calledAs.filename() == "launchctl") {
-        return launchctl({argv + 1, argv + argc});
+int control(const std::vector<std::string>& command) {
+    if (command.empty() || command.front() == "--help" || command.front() == "-h") {
+        (command.empty() ? std::cerr : std::cout)
+            << "Usage: VentaroSimulator control COMMAND\n"
+               "Steers the running machine that VENTARO_MACHINE_ROOT names.\n\n"
+            << controlHelp << "\nFaults:\n"
+            << Faults::grammar;
+        return command.empty() ? wrongUsage : EXIT_SUCCESS;
     }
+    return controlMachine(command);
+}
 
+/// CLI11 cannot know of what stands behind "--".
+class UsageFormatter : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
+        return "Usage: VentaroSimulator [OPTIONS] [-- COMMAND...]\n"
+               "       VentaroSimulator control COMMAND\n\n";
+    }
+};
+
+/// `arguments`: those of the program before "--".
+int simulate(std::vector<std::string> arguments, std::vector<std::string> command) {
     CLI::App app("A simulated 16-inch MacBook Pro (2019): System Management Controller with a\n"
                  "thermal model, launchd and a folder tree of its own. Runs COMMAND on it and\n"
                  "takes everything down again; without a command it runs until Ctrl-C.",
                  "VentaroSimulator");
+    app.formatter(std::make_shared<UsageFormatter>());
     app.footer(
-        "A fault file has a fault per line:\n" + std::string(Faults::grammar) +
+        "A fault file has a fault per line, comments begin with \"# \":\n" +
+        std::string(Faults::grammar) +
         "\nVentaroSimulator control COMMAND, with VENTARO_MACHINE_ROOT set, steers a running "
         "machine:\n" +
         controlHelp);
     app.set_version_flag("--version", "VentaroSimulator " VENTARO_VERSION);
 
     SimulatorOptions options;
+    options.command = std::move(command);
+    std::string workload = "idle";
+    std::string helper = "installed";
+    std::string variant = "t2";
     std::string faultFile;
     std::string root;
-    const std::map<std::string, Workload> workloads{{"idle", Workload::idle},
-                                                    {"office", Workload::office},
-                                                    {"compile", Workload::compile},
-                                                    {"game", Workload::game},
-                                                    {"burst", Workload::burst}};
-    const std::map<std::string, SmcVariant> variants{{"t2", SmcVariant::t2},
-                                                     {"legacy", SmcVariant::legacy}};
-    const std::map<std::string, bool> helper{{"installed", true}, {"absent", false}};
-    app.add_option("--workload", options.machine.workload, "what the machine is busy with")
-        ->transform(
-            CLI::CheckedTransformer(workloads).description("idle|office|compile|game|burst"))
-        ->option_text("idle|office|compile|game|burst");
+    const auto choice = [&](const char* name, std::string& value, const char* description,
+                            std::vector<std::string> choices) {
+        const std::string shown = CLI::detail::join(choices, "|");
+        app.add_option(name, value, description)
+            ->check(CLI::IsMember(std::move(choices)))
+            ->option_text(shown);
+    };
+    choice("--workload", workload, "what the machine is busy with",
+           {"idle", "office", "compile", "game", "burst"});
     app.add_option("--seed", options.machine.seed, "the seed of everything random")
+        ->check(numberBetween(0, 1e15))
         ->option_text("N");
-    auto* scale = app.add_option("--time-scale", options.timeScale,
-                                 "machine seconds per real second, up to 1000")
-                      ->check(numberBetween(0.001, 1000))
-                      ->option_text("X");
-    app.add_flag("--stepped", options.stepped, "the clock moves on command only")->excludes(scale);
-    app.add_option("--helper", options.helperInstalled, "whether the helper is installed")
-        ->transform(CLI::CheckedTransformer(helper).description("installed|absent"))
-        ->option_text("installed|absent");
+    app.add_option("--time-scale", options.timeScale, "machine seconds per real second, up to 1000")
+        ->check(numberBetween(0.001, 1000))
+        ->option_text("X");
+    app.add_flag("--stepped", options.stepped, "the clock moves on command only")
+        ->excludes("--time-scale");
+    choice("--helper", helper, "whether the helper is installed", {"installed", "absent"});
     app.add_option("--root", root,
                    "the machine's folder, kept at the end (default: a temporary one)")
         ->option_text("FOLDER");
     app.add_option("--faults", faultFile, "what is wrong with the machine, see below")
         ->check(CLI::ExistingFile)
         ->option_text("FILE");
-    app.add_option("--variant", options.machine.variant, "the generation of fan control")
-        ->transform(CLI::CheckedTransformer(variants).description("t2|legacy"))
-        ->option_text("t2|legacy");
+    choice("--variant", variant, "the generation of fan control", {"t2", "legacy"});
     app.add_option("--fans", options.machine.fanCount, "the number of fans, 0 to 3")
-        ->check(CLI::Range(0, 3))
+        ->check(numberBetween(0, 3))
         ->option_text("N");
-    app.add_option("COMMAND", options.command, "the command to run, after --");
-
-    std::vector<std::string> controlWords;
-    auto* control = app.add_subcommand("control", "")->group("");
-    control->prefix_command();
+    for (CLI::Option* option : app.get_options()) {
+        option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast); // scripts set defaults first
+    }
 
     try {
-        app.parse(argc, argv);
+        std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? EXIT_SUCCESS : wrongUsage;
     }
-    if (control->parsed()) {
-        return controlMachine(control->remaining());
-    }
+    options.machine.workload = *workloadFromName(workload);
+    options.machine.variant = variant == "t2" ? SmcVariant::t2 : SmcVariant::legacy;
+    options.helperInstalled = helper == "installed";
     if (!root.empty()) {
         options.root = root;
     }
@@ -116,11 +134,25 @@ int run(int argc, char** argv) {
     return runSimulator(options);
 }
 
+int run(const std::string& calledAs, const std::vector<std::string>& arguments) {
+    if (std::filesystem::path(calledAs).filename() == "launchctl") {
+        return launchctl(arguments);
+    }
+    if (!arguments.empty() && arguments.front() == "control") {
+        return control({arguments.begin() + 1, arguments.end()});
+    }
+    // What follows "--" is another program's, to be left exactly as it is.
+    const auto separator = std::find(arguments.begin(), arguments.end(), "--");
+    const auto command = separator == arguments.end() ? separator : separator + 1;
+    return simulate({arguments.begin(), separator}, {command, arguments.end()});
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     try {
-        return run(argc, argv);
+        occupyStandardDescriptors();
+        return run(argv[0], {argv + 1, argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "VentaroSimulator: " << error.what() << '\n';
         return EXIT_FAILURE;

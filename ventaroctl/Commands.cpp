@@ -20,11 +20,15 @@ std::string hex(std::span<const std::uint8_t> bytes) {
 
 } // namespace
 
-void Commands::requireSmc() {
+void Commands::requireMachine() const {
     if (machineKind_ == MachineKind::none) {
         throw CommandError(SMCError::serviceNotFound().errorDescription() +
                            " This machine has no SMC; scripts/run starts a simulated MacBook.");
     }
+}
+
+void Commands::requireSmc() {
+    requireMachine();
     smc_.open();
     // Without an answer every fan would be made of defaults.
     smc_.readKeyRaw("FNum");
@@ -43,6 +47,7 @@ void Commands::sensors(bool json, const TerminalStyle& style) {
 }
 
 void Commands::key(const std::string& key, bool json) {
+    requireMachine();
     const SMCRawValue raw = smc_.readKeyRaw(key);
     const auto value = SMCService::decodeValue(raw.type, raw.bytes);
     if (json) {

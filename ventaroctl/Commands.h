@@ -38,6 +38,8 @@ public:
 
     /// One look at the machine; a failure is a part of it.
     Telemetry look();
+    /// Throws if this host is no machine with an SMC.
+    void requireMachine() const;
     /// Throws what keeps the SMC from being read at all.
     void requireSmc();
 

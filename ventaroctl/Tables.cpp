@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
 namespace ventaro {
 
@@ -87,21 +88,51 @@ std::string inColumns(const std::vector<std::string>& lines, int columnWidth, in
         text += '\n';
     }
     if (isCut) {
-        text += dimmed("… " + std::to_string(total - height * mostColumns) +
-                           " more lines in a larger terminal",
-                       style) +
-                '\n';
+        const std::string note = "… " + std::to_string(total - height * mostColumns) +
+                                 " more lines in a larger terminal";
+        text += dimmed(fitted(note, std::min(displayWidth(note), style.columns)), style) + '\n';
     }
     return text;
 }
 
 std::string watchFanLine(const FanReading& fan, const TerminalStyle& style) {
-    constexpr int fixedWidth = 60;
-    const int barWidth = std::clamp(style.columns - fixedWidth, 6, 40);
-    return fitted(fan.name, 21) + bar(fan.percentage(), barWidth) +
-           rightAligned(formatWhole(fan.currentRPM), speedWidth) + " RPM, target" +
-           rightAligned(formatWhole(fan.targetRPM), speedWidth - 1) + ", " +
-           fitted(modeText(fan.mode), 9) + '\n';
+    constexpr int wholeWidth = 66;
+    constexpr int withoutBar = 60;
+    const std::string speed = rightAligned(formatWhole(fan.currentRPM), speedWidth) + " RPM";
+    const std::string name = fitted(fan.name, 21);
+    if (style.columns < wholeWidth) {
+        return fitted(name + speed, style.columns);
+    }
+    return name + bar(fan.percentage(), std::min(style.columns - withoutBar, 40)) + speed +
+           ", target" + rightAligned(formatWhole(fan.targetRPM), speedWidth - 1) + ", " +
+           fitted(modeText(fan.mode), 9);
+}
+
+std::string headLine(MachineKind kind, const std::string& time, const TerminalStyle& style) {
+    const std::string title = watchTitle(kind);
+    const std::string rest = "  " + time + "  Ctrl-C ends";
+    return displayWidth(title + rest) <= style.columns ? bold(title, style) + dimmed(rest, style)
+                                                       : bold(fitted(title, style.columns), style);
+}
+
+std::string summaryLine(const TelemetrySummary& summary, const TerminalStyle& style) {
+    constexpr int wholeWidth = 50;
+    const auto temperature = [&](double value) {
+        return colored(formatFixed(value, 1) + " °C", temperatureBand(value), style);
+    };
+    const std::string power = "   Power " + formatFixed(summary.systemPower, 1) + " W";
+    return "CPU " + temperature(summary.cpuTemperature) + "   GPU " +
+           temperature(summary.gpuTemperature) + (style.columns < wholeWidth ? "" : power);
+}
+
+/// The rows that a text takes in the terminal, long lines wrapped.
+int rowsOf(const std::string& text, int columns) {
+    int rows = 0;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        rows += std::max(1, (displayWidth(line) + columns - 1) / columns);
+    }
+    return rows;
 }
 
 } // namespace
@@ -154,33 +185,27 @@ std::string watchTitle(MachineKind kind) {
 
 std::string watchFrame(const Telemetry& telemetry, MachineKind kind, const std::string& time,
                        const std::string& hint, const TerminalStyle& style) {
-    constexpr int columnWidth = 38;
     constexpr int gap = 3;
-    std::string text =
-        bold(watchTitle(kind), style) + "  " + dimmed(time + "  Ctrl-C ends", style) + "\n\n";
+    constexpr int fewestSensorRows = 6; // below that, advice is not worth its place
+    const int columnWidth = std::min(38, style.columns);
+    std::string text = headLine(kind, time, style) + "\n\n";
     if (!telemetry.failure.empty()) {
         return text + telemetry.failure;
     }
-    const TelemetrySummary summary = summarize(telemetry.sensors);
-    const auto temperature = [&](double value) {
-        return colored(formatFixed(value, 1) + " °C", temperatureBand(value), style);
-    };
-    text += "CPU " + temperature(summary.cpuTemperature) + "   GPU " +
-            temperature(summary.gpuTemperature) + "   Power " +
-            formatFixed(summary.systemPower, 1) + " W\n\n";
+    text += summaryLine(summarize(telemetry.sensors), style) + "\n\n";
     for (const FanReading& fan : telemetry.fans) {
-        text += watchFanLine(fan, style);
+        text += watchFanLine(fan, style) + '\n';
     }
     if (telemetry.fans.empty()) {
         text += "This machine reports no fans.\n";
     }
     text += '\n';
-    const int used = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
-    const int hintRows =
-        hint.empty() ? 0 : 2 + static_cast<int>(std::count(hint.begin(), hint.end(), '\n'));
+    const int left = style.rows - static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    const int hintRows = hint.empty() ? 0 : 1 + rowsOf(hint, style.columns);
+    const bool showsHint = hintRows > 0 && left - hintRows >= fewestSensorRows;
     text += inColumns(sensorLines(telemetry.sensors, columnWidth, style), columnWidth, gap,
-                      style.rows - used - hintRows, style);
-    if (!hint.empty()) {
+                      showsHint ? left - hintRows : left, style);
+    if (showsHint) {
         return text + '\n' + dimmed(hint, style);
     }
     text.pop_back(); // a line feed in the last row would scroll

@@ -7,15 +7,21 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <system_error>
 
 namespace ventaro {
 
 namespace {
 
 volatile sig_atomic_t endRequested = 0;
+volatile sig_atomic_t suspendRequested = 0;
 
 void onEndSignal(int /*signal*/) { endRequested = 1; }
+void onSuspendSignal(int /*signal*/) { suspendRequested = 1; }
 void onResize(int /*signal*/) {}
+
+constexpr std::string_view enterScreen = "\x1b[?1049h\x1b[?25l";
+constexpr std::string_view leaveScreen = "\x1b[?25h\x1b[?1049l";
 
 void writeToTerminal(std::string_view text) {
     while (!text.empty()) {
@@ -109,20 +115,27 @@ LiveScreen::LiveScreen(bool takeScreen) : hasScreen_(takeScreen) {
     sigset_t signals;
     ::sigemptyset(&signals);
     struct sigaction action {};
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGWINCH}) {
+    const auto handle = [&](int signal, void (*handler)(int)) {
         ::sigaddset(&signals, signal);
-        action.sa_handler = signal == SIGWINCH ? onResize : onEndSignal;
+        action.sa_handler = handler;
         ::sigaction(signal, &action, nullptr);
+    };
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        handle(signal, onEndSignal);
+    }
+    if (hasScreen_) {
+        handle(SIGTSTP, onSuspendSignal);
+        handle(SIGWINCH, onResize);
     }
     ::sigprocmask(SIG_BLOCK, &signals, nullptr);
     if (hasScreen_) {
-        writeToTerminal("\x1b[?1049h\x1b[?25l");
+        writeToTerminal(enterScreen);
     }
 }
 
 LiveScreen::~LiveScreen() {
     if (hasScreen_) {
-        writeToTerminal("\x1b[?25h\x1b[?1049l");
+        writeToTerminal(leaveScreen);
     }
 }
 
@@ -143,7 +156,15 @@ bool LiveScreen::wait(std::chrono::milliseconds time) {
     timespec left{};
     left.tv_sec = seconds.count();
     left.tv_nsec = rest.count();
-    ::pselect(0, nullptr, nullptr, nullptr, &left, &none);
+    if (::pselect(0, nullptr, nullptr, nullptr, &left, &none) < 0 && errno != EINTR) {
+        throw std::system_error(errno, std::generic_category(), "pselect");
+    }
+    if (suspendRequested != 0) {
+        suspendRequested = 0;
+        writeToTerminal(leaveScreen);
+        ::raise(SIGSTOP); // goes on here once the user wants the program back
+        writeToTerminal(enterScreen);
+    }
     return endRequested == 0;
 }
 

@@ -1,5 +1,7 @@
 #include "Watch.h"
 
+#include "JsonObject.h"
+
 #include <array>
 #include <ctime>
 
@@ -17,13 +19,21 @@ std::string timeOfDay() {
 }
 
 std::string jsonLine(const Telemetry& telemetry) {
-    return R"({"fans":)" + toJsonArray(telemetry.fans) + R"(,"sensors":)" +
-           toJsonArray(telemetry.sensors) + "}";
+    std::string failure = telemetry.failure;
+    try {
+        if (failure.empty()) {
+            return R"({"fans":)" + toJsonArray(telemetry.fans) + R"(,"sensors":)" +
+                   toJsonArray(telemetry.sensors) + "}";
+        }
+    } catch (const EncodingError& error) {
+        failure = error.what();
+    }
+    return JsonObjectWriter().string("failure", failure).text();
 }
 
 } // namespace
 
-void watch(Commands& commands, MachineKind machineKind, const WatchOptions& options,
+bool watch(Commands& commands, MachineKind machineKind, const WatchOptions& options,
            std::ostream& out) {
     commands.requireSmc();
     const bool inPlace = isTerminal() && !options.json;
@@ -41,7 +51,7 @@ void watch(Commands& commands, MachineKind machineKind, const WatchOptions& opti
                 << std::endl;
         }
         if (!out || look == options.count || !LiveScreen::wait(options.interval)) {
-            return;
+            return telemetry.failure.empty();
         }
     }
 }

@@ -14,8 +14,9 @@ struct WatchOptions {
 };
 
 /// Shows the machine live: in place on a terminal, otherwise a line (with `json` an object) per
-/// look. Throws what `Commands::requireSmc` throws if the SMC cannot be read at the start.
-void watch(Commands& commands, MachineKind machineKind, const WatchOptions& options,
+/// look. False if the last look failed. Throws what `Commands::requireSmc` throws if the SMC cannot
+/// be read at the start.
+bool watch(Commands& commands, MachineKind machineKind, const WatchOptions& options,
            std::ostream& out);
 
 } // namespace ventaro

@@ -1,3 +1,4 @@
+#include "FileDescriptor.h"
 #include "HostPlatform.h"
 #include "Watch.h"
 
@@ -83,18 +84,18 @@ int run(int argc, char** argv) {
         ->option_text("N");
     std::uint32_t fan = 0;
     double rpm = 0;
-    set->add_option("FAN", fan, "index of the fan, from 0")->required()->option_text("FAN");
+    set->add_option("FAN", fan, "index of the fan, from 0")->required()->option_text(" ");
     set->add_option("RPM", rpm, "the speed; the fan's limits apply")
         ->required()
         ->check(numberBetween(0, std::numeric_limits<double>::max()))
-        ->option_text("RPM");
+        ->option_text(" ");
     auto* automaticFan =
-        automatic->add_option("FAN", fan, "index of the fan, from 0")->option_text("FAN");
+        automatic->add_option("FAN", fan, "index of the fan, from 0")->option_text(" ");
     std::string keyName;
     key->add_option("KEY", keyName, "four characters, such as TC0P")
         ->required()
         ->check(fourCharacters)
-        ->option_text("KEY");
+        ->option_text(" ");
 
     try {
         app.parse(argc, argv);
@@ -107,6 +108,7 @@ int run(int argc, char** argv) {
     }
 
     const Platform& platform = Platform::install(makeHostPlatform(false).platform);
+    int exitCode = EXIT_SUCCESS;
     Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,
                       std::cout);
     if (fans->parsed()) {
@@ -115,10 +117,11 @@ int run(int argc, char** argv) {
         commands.sensors(json, terminalStyle());
     } else if (watchCommand->parsed()) {
         const std::chrono::duration<double> seconds(interval);
-        watch(commands, platform.machineKind,
-              {std::chrono::round<std::chrono::milliseconds>(seconds), count, json,
-               secondTerminalHint(platform)},
-              std::cout);
+        const WatchOptions options{std::chrono::round<std::chrono::milliseconds>(seconds), count,
+                                   json, secondTerminalHint(platform)};
+        if (!watch(commands, platform.machineKind, options, std::cout)) {
+            exitCode = exitRefused;
+        }
     } else if (set->parsed()) {
         commands.set(fan, rpm, json);
     } else if (automatic->parsed()) {
@@ -133,13 +136,14 @@ int run(int argc, char** argv) {
     if (!std::cout) {
         throw CommandError("standard output cannot be written");
     }
-    return EXIT_SUCCESS;
+    return exitCode;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     try {
+        occupyStandardDescriptors();
         return run(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "ventaroctl: " << error.what() << '\n';

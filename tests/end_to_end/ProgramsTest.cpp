@@ -1,8 +1,9 @@
 #include "SimulatedMachine.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
-#include <chrono>
+#include <sstream>
 
 namespace ventaro {
 namespace {
@@ -92,6 +93,7 @@ TEST(Programs, AFullDiskIsNoSuccess) {
         machine.run({"/bin/sh", "-c", bin + "ventaroctl fans --json >/dev/full"});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.errors, HasSubstr("standard output"));
+    EXPECT_EQ(machine.run({"/bin/sh", "-c", bin + "ventaroctl ping 0<&- 1>&- 2>&-"}).exitCode, 0);
 }
 
 TEST(Programs, WatchRedrawsInPlaceAndGivesTheTerminalBack) {
@@ -177,6 +179,7 @@ TEST(HelperProgram, AServiceThatComesBackIsFoundAgain) {
     ASSERT_EQ(machine.ctl({"set", "0", "3000"}).exitCode, 0);
     machine.control({"fault", "service", "gone"});
     EXPECT_EQ(machine.ctl({"fans"}).exitCode, 1);
+    EXPECT_EQ(machine.ctl({"auto"}).exitCode, 1) << "nothing was handed back";
     const Outcome refused = machine.ctl({"set", "0", "3500"});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.errors, HasSubstr("F0Tg"));
@@ -193,21 +196,67 @@ TEST(HelperProgram, AHangingSmcStillGetsAnAnswerInTime) {
     EXPECT_EQ(machine.ctl({"set", "1", "3000"}).exitCode, 0) << "and goes on";
 }
 
-/// How often the process has gone to sleep: once for each time it was woken up.
-std::string sleeps(pid_t process) {
-    const std::string status = readFile("/proc/" + std::to_string(process) + "/status");
-    const std::size_t at = status.find("voluntary_ctxt_switches");
-    return status.substr(at, status.find('\n', at) - at);
+#ifdef __x86_64__
+TEST(HelperProgram, SleepsWithoutATimeOutWhileIdle) {
+    const SimulatedMachine machine;
+    const std::string process = "/proc/" + std::to_string(machine.helperProcess());
+    // The kernel shows the system call: poll (7), its descriptors, their number, the time-out.
+    const auto isInPollForEver = [&] {
+        std::istringstream line(readFile(process + "/syscall"));
+        std::string number;
+        std::string address;
+        std::string count;
+        std::string timeout;
+        line >> number >> address >> count >> timeout;
+        return number == "7" && count == "0x2" && timeout == "0xffffffff";
+    };
+    EXPECT_TRUE(waitUntil(isInPollForEver)) << readFile(process + "/syscall");
+}
+#endif
+
+TEST(HelperProgram, LogsALinePerChangeAndErrorButNoPings) {
+    const SimulatedMachine machine;
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"ping"},
+                                                    {"set", "0", "1e300"},
+                                                    {"auto", "0"},
+                                                    {"auto"},
+                                                    {"set", "7", "2000"},
+                                                    {"ping"}}) {
+        machine.ctl(command);
+    }
+    const auto lines = [&](const char* path) {
+        std::vector<std::string> list;
+        std::istringstream text(readFile(machine.path(path)));
+        for (std::string line; std::getline(text, line);) {
+            list.push_back(line.substr(line.find(' ') + 1)); // without the time
+        }
+        return list;
+    };
+    EXPECT_THAT(lines("/var/log/com.ventaro.helper.log"),
+                testing::ElementsAre(StartsWith("serving"),
+                                     testing::AllOf(StartsWith("fan 0 forced, requested: 1000"),
+                                                    testing::EndsWith("... RPM, set: 5616 RPM")),
+                                     "fan 0 back to automatic", "all fans back to automatic"));
+    EXPECT_THAT(lines("/var/log/com.ventaro.helper.err"),
+                testing::ElementsAre(StartsWith("setFanRPM refused: ")));
 }
 
-TEST(HelperProgram, DoesNotWakeUpWhileIdle) {
-    const SimulatedMachine machine;
-    const pid_t helper = machine.helperProcess();
-    const std::string before = sleeps(helper);
-    for (int round = 0; round < 30; ++round) {
-        machine.ctl({"fans"}); // time passes, and the helper is not needed
+TEST(HelperProgram, OtherUsersAreTurnedAway) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
     }
-    EXPECT_EQ(sleeps(helper), before);
+    const SimulatedMachine machine;
+    const auto program = machine.folder() / "ctl";
+    std::filesystem::copy_file(bin + "ventaroctl", program);
+    for (const auto& folder : {machine.folder(), machine.root()}) {
+        std::filesystem::permissions(folder, std::filesystem::perms(0711));
+    }
+    const Outcome stranger =
+        machine.run({"setpriv", "--reuid=65534", "--clear-groups", program, "ping"});
+    EXPECT_EQ(stranger.exitCode, 1);
+    EXPECT_EQ(stranger.output, "");
+    EXPECT_THAT(readFile(machine.path("/var/log/com.ventaro.helper.err")),
+                HasSubstr("connection refused for user 65534\n"));
 }
 
 } // namespace

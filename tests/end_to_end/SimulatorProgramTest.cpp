@@ -19,7 +19,9 @@ TEST(SimulatorProgram, RunsACommandAndLeavesNothingBehind) {
     };
     const Row rows[] = {
         {"exit 7", 7},
+        {"kill -TERM $PPID; sleep 1000", 128 + 15},
         {"kill -9 $$", 128 + 9},
+        {"[ 1 = 1 ] && [ '[a,b] %% []' = '[a,b] '%%' []' ]", 0}, // arguments stay as they are
         {"test \"$HOME\" = \"$VENTARO_MACHINE_ROOT/Users/ventaro\" && test -d \"$HOME\"", 0},
         {"command -v launchctl | grep -q \"^$VENTARO_MACHINE_ROOT/usr/bin\"", 0},
         {"launchctl list", 1}, // the user is not root
@@ -36,9 +38,11 @@ TEST(SimulatorProgram, RunsACommandAndLeavesNothingBehind) {
     EXPECT_FALSE(std::filesystem::exists("/proc/" + pid.substr(0, pid.find('\n'))));
     std::filesystem::remove(temporary.path() / "pid");
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path()));
-    EXPECT_EQ(
-        runProgram(folder.path(), {simulator, "--", "/no/such/program"}, environment).exitCode,
-        127);
+    for (const char* helper : {"installed", "absent"}) {
+        const std::vector<std::string> arguments{simulator, "--helper", helper, "--",
+                                                 "/no/such/program"};
+        EXPECT_EQ(runProgram(folder.path(), arguments, environment).exitCode, 127);
+    }
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path()));
 }
 
@@ -50,17 +54,12 @@ TEST(SimulatorProgram, CtrlCTakesEverythingDown) {
             std::vector<std::string> arguments{simulator};
             if (hasCommand) {
                 arguments.insert(arguments.end(), {"--", "sh", "-c",
-                                                   "trap 'exit 3' INT TERM; echo Ctrl-C $$; "
+                                                   "trap 'exit 3' INT TERM; echo Ctrl-C; "
                                                    "while :; do sleep 0.01; done"});
             }
             Program program(folder.path(), arguments, {"TMPDIR=" + temporary.path().string()});
             ASSERT_TRUE(
                 waitUntil([&] { return program.output().find("Ctrl-C") != std::string::npos; }));
-            if (hasCommand && signal == SIGINT) {
-                // The terminal sends it to the command as well.
-                runProgram(folder.path(),
-                           {"pkill", "-INT", "-P", std::to_string(program.pid()), "sh"});
-            }
             program.signal(signal);
             EXPECT_EQ(program.wait(), hasCommand ? 3 : 0) << signal << program.errors();
             EXPECT_TRUE(std::filesystem::is_empty(temporary.path()));
@@ -111,6 +110,10 @@ TEST(SimulatorProgram, WrongUsageIsExplained) {
     const Row rows[] = {
         {{"--workload", "nap"}, 2, "nap"},
         {{"--fans", "4"}, 2, "4"},
+        {{"--workload", "3"}, 2, "3"},
+        {{"--seed", "-1"}, 2, "-1"},
+        {{"extra"}, 2, "extra"},
+        {{"control"}, 2, "step SECONDS"},
         {{"--time-scale", "0"}, 2, "time-scale"},
         {{"--time-scale", "nan"}, 2, "time-scale"},
         {{"--time-scale", "2", "--stepped"}, 2, "excludes"},
