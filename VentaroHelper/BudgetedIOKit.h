@@ -37,7 +37,7 @@ private:
 
     IOKit& inner_;
     const std::function<bool()> isStopping_;
-    Clock::time_point start_ = Clock::time_point::min();
+    Clock::time_point start_ = Clock::now();
     Clock::time_point end_ = Clock::time_point::max();
 };
 

@@ -66,13 +66,13 @@ int run(int argc, char** argv) {
         subcommand->add_flag("--json", json, "print JSON");
         return subcommand;
     };
-    const auto* fans = command("fans", "the fans with their speeds and limits");
-    const auto* sensors = command("sensors", "all temperatures and powers");
-    auto* watchCommand = command("watch", "everything, live");
+    const auto* fans = command("fans", "show the fans with their speeds and limits");
+    const auto* sensors = command("sensors", "show all temperatures and powers");
+    auto* watchCommand = command("watch", "show everything, live");
     auto* set = command("set", "force a fan to a speed");
     auto* automatic = command("auto", "give one fan, or all, back to the automatic control");
     const auto* ping = command("ping", "ask whether the helper answers");
-    auto* key = command("key", "one SMC key: type, bytes, value");
+    auto* key = command("key", "show one SMC key: type, bytes, value");
 
     double interval = 1;
     int count = 0;
