@@ -337,6 +337,9 @@ TEST_F(Serving, SurvivesWithoutDescriptors) {
 
 TEST_F(Serving, WaitsForADescriptorWhenItHasNoConnectionToGiveUp) {
     const RunningServer server(folder_.path());
+    const FileDescriptor first = server.connect();
+    send(first, pingRequest);
+    EXPECT_EQ(answerOf(first), pingAnswer) << "its thread runs";
     const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const FileDescriptor log(::open((folder_.path() / "log").c_str(), O_RDONLY | O_CLOEXEC));
     struct rlimit limit {};
