@@ -64,12 +64,11 @@ public:
     bool string(string_t& value) override { return store(std::move(value)); }
     bool binary(binary_t& /*value*/) override { return false; }
     bool start_object(std::size_t /*size*/) override {
-        const int depth = depth_++;
-        return depth == 0 || store(JsonObjectReader::Other{}, depth);
+        return (depth_ == 0 || store(JsonObjectReader::Other{})) && enter();
     }
     bool end_object() override { return leave(); }
     bool start_array(std::size_t /*size*/) override {
-        return store(JsonObjectReader::Other{}, depth_++);
+        return store(JsonObjectReader::Other{}) && enter();
     }
     bool end_array() override { return leave(); }
     bool key(string_t& name) override {
@@ -87,16 +86,19 @@ public:
     }
 
 private:
+    bool enter() {
+        ++depth_;
+        return true;
+    }
     bool leave() {
         --depth_;
         return true;
     }
-    bool store(JsonObjectReader::Value value) { return store(std::move(value), depth_); }
-    bool store(JsonObjectReader::Value value, int depth) {
-        if (depth == 0) {
+    bool store(JsonObjectReader::Value&& value) {
+        if (depth_ == 0) {
             return fail(DecodingError::Reason::malformed, {});
         }
-        if (depth == 1) {
+        if (depth_ == 1) {
             const auto [entry, isNew] = members.try_emplace(name_, std::move(value));
             if (!isNew) {
                 entry->second = JsonObjectReader::Repeated{};

@@ -47,8 +47,7 @@ std::vector<std::string> machineEnvironment(const MachineRoot& root, const char*
 }
 
 std::filesystem::path bundledHelper() {
-    const auto helper =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "VentaroHelper";
+    auto helper = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "VentaroHelper";
     if (!std::filesystem::exists(helper)) {
         throw std::runtime_error("the helper is missing: " + helper.string());
     }

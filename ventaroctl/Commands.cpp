@@ -65,7 +65,7 @@ void Commands::key(const std::string& key, bool json) {
 }
 
 HelperResponse Commands::usableHelper() {
-    const HelperResponse response =
+    HelperResponse response =
         helper_.sendSocketRequest({HelperAction::ping, std::nullopt, std::nullopt});
     if (!isUsableHelper(response)) {
         throw CommandError("The helper cannot be used: it speaks protocol version " +

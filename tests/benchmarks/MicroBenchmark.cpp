@@ -15,7 +15,7 @@ void BM_DecodeValue(benchmark::State& state) {
                                                      {"ui32", {0x01}}};
     const auto& [type, bytes] = rows[state.range(0)];
     std::string name = type;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(name);
         benchmark::DoNotOptimize(SMCService::decodeValue(name, bytes));
     }
@@ -32,7 +32,7 @@ void BM_Exchange(benchmark::State& state) {
     SMCKeyData_t input{};
     input.key = SMCService::fourCharCode("TC0P");
     input.data8 = SMC_CMD_READ_BYTES;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         SMCKeyData_t output{};
         std::size_t size = sizeof output;
         benchmark::DoNotOptimize(ioKit.connectCallStructMethod(connection, KERNEL_INDEX_SMC, &input,
@@ -46,7 +46,7 @@ void BM_CachedReadKeyRaw(benchmark::State& state) {
     SimulatedSmc smc({});
     InProcessIOKit ioKit(smc, false);
     SMCService service(ioKit);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(service.readKeyRaw("TC0P"));
     }
 }
@@ -59,7 +59,7 @@ void BM_WarmSensorSweep(benchmark::State& state) {
     service.readSensors();
     std::int64_t exchanges = 0;
     ioKit.onExchange = [&](const SMCKeyData_t&) { ++exchanges; };
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(service.readSensors());
     }
     state.counters["exchanges"] =

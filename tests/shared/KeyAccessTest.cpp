@@ -2,7 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <cstring>
+#include <algorithm>
+#include <cstddef>
 #include <thread>
 
 namespace ventaro {
@@ -46,16 +47,22 @@ TEST(KeyAccess, TheBlocksOnTheWire) {
     machine.service.writeKeyRaw("F0Tg", bytes);
     ASSERT_EQ(machine.exchanges.size(), 2U);
 
+    // The gaps between the fields travel, too, and must be zero.
+    const auto isOnTheWire = [&](std::size_t index, const SMCKeyData_t& block) {
+        return std::equal(reinterpret_cast<const std::byte*>(&block),
+                          reinterpret_cast<const std::byte*>(&block + 1),
+                          reinterpret_cast<const std::byte*>(&machine.exchanges[index]));
+    };
     SMCKeyData_t expected{};
     expected.key = 0x46305467; // "F0Tg"
     expected.data8 = 9;
-    EXPECT_EQ(std::memcmp(&machine.exchanges[0], &expected, sizeof expected), 0);
+    EXPECT_TRUE(isOnTheWire(0, expected));
     expected.data8 = 6;
     expected.keyInfo.dataSize = 4;
     expected.keyInfo.dataType = 0x666C7420; // "flt "
     expected.bytes[0] = 0xAB;
     expected.bytes[1] = 0xCD; // and two zero bytes up to the key's own size
-    EXPECT_EQ(std::memcmp(&machine.exchanges[1], &expected, sizeof expected), 0);
+    EXPECT_TRUE(isOnTheWire(1, expected));
 }
 
 TEST(KeyAccess, ValuesAreCutToWhatABlockCarries) {

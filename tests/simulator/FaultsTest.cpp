@@ -44,7 +44,7 @@ TEST(KeyTables, BadRowsNameTheirLine) {
          {"F0Ac flt  85   4 0000", "F0Ac flt  8x   4 00000000", "F0Ac flt  85",
           "F0Ac flt  85   4 0000000", "F0Ac flt  85   4 !", "F0Ac flt  85 -04 00"}) {
         try {
-            KeyTable("# comment\n" + std::string(row) + "\n");
+            const KeyTable table("# comment\n" + std::string(row) + "\n");
             ADD_FAILURE() << row;
         } catch (const std::runtime_error& error) {
             EXPECT_TRUE(std::string(error.what()).starts_with("key table, line 2: ")) << row;
