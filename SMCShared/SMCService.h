@@ -123,6 +123,7 @@ private:
 
     CallResult callLocked(const SMCKeyData_t& input);
     SMCKeyData_keyInfo_t getKeyInfoLocked(std::uint32_t code, std::string_view keyName);
+    SMCKeyData_t valueRequestLocked(std::string_view key, std::uint8_t command);
     bool answers(std::string_view key);
     std::optional<std::uint16_t> readForceMask();
 

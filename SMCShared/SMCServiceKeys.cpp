@@ -70,32 +70,33 @@ SMCKeyData_keyInfo_t SMCService::getKeyInfoLocked(std::uint32_t code, std::strin
     return call.output.keyInfo;
 }
 
-SMCRawValue SMCService::readKeyRaw(std::string_view key) {
-    open();
-    const std::lock_guard guard(lock_);
+SMCKeyData_t SMCService::valueRequestLocked(std::string_view key, std::uint8_t command) {
     SMCKeyData_t input{};
     input.key = fourCharCode(key);
     const SMCKeyData_keyInfo_t info = getKeyInfoLocked(input.key, key);
     input.keyInfo.dataSize = info.dataSize;
     input.keyInfo.dataType = info.dataType;
-    input.data8 = SMC_CMD_READ_BYTES;
+    input.data8 = command;
+    return input;
+}
+
+SMCRawValue SMCService::readKeyRaw(std::string_view key) {
+    open();
+    const std::lock_guard guard(lock_);
+    const SMCKeyData_t input = valueRequestLocked(key, SMC_CMD_READ_BYTES);
     const CallResult call = callLocked(input);
     if (!call.succeeded()) {
         throw SMCError::readFailed(std::string(key), call.output.result);
     }
-    const std::size_t size = std::min<std::size_t>(info.dataSize, SMCBytes::capacity);
-    return {fourCharString(info.dataType), SMCBytes(std::span(call.output.bytes).first(size))};
+    const std::size_t size = std::min<std::size_t>(input.keyInfo.dataSize, SMCBytes::capacity);
+    return {fourCharString(input.keyInfo.dataType),
+            SMCBytes(std::span(call.output.bytes).first(size))};
 }
 
 void SMCService::writeKeyRaw(std::string_view key, std::span<const std::uint8_t> bytes) {
     open();
     const std::lock_guard guard(lock_);
-    SMCKeyData_t input{};
-    input.key = fourCharCode(key);
-    const SMCKeyData_keyInfo_t info = getKeyInfoLocked(input.key, key);
-    input.keyInfo.dataSize = info.dataSize;
-    input.keyInfo.dataType = info.dataType;
-    input.data8 = SMC_CMD_WRITE_BYTES;
+    SMCKeyData_t input = valueRequestLocked(key, SMC_CMD_WRITE_BYTES);
     std::copy_n(bytes.begin(), std::min(bytes.size(), SMCBytes::capacity), input.bytes);
     const CallResult call = callLocked(input);
     if (!call.succeeded()) {

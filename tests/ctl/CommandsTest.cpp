@@ -63,11 +63,5 @@ TEST_F(CommandLine, WithoutAnAnswerThereAreNoInventedFans) {
     }
 }
 
-TEST_F(CommandLine, ChangesNeedTheHelper) {
-    EXPECT_THROW(commands_.set(0, 4000, false), HelperClientError);
-    EXPECT_THROW(commands_.automatic(std::nullopt, false), HelperClientError);
-    EXPECT_THROW(commands_.ping(false), HelperClientError);
-}
-
 } // namespace
 } // namespace ventaro

@@ -301,6 +301,24 @@ TEST_F(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
     }
 }
 
+/// Takes every descriptor that the process may have, until it ends.
+class DescriptorFamine {
+public:
+    DescriptorFamine() {
+        ::getrlimit(RLIMIT_NOFILE, &kept_);
+        struct rlimit low = kept_;
+        low.rlim_cur = 64;
+        ::setrlimit(RLIMIT_NOFILE, &low);
+        while (taken_.emplace_back(::dup(STDIN_FILENO))) {
+        }
+    }
+    ~DescriptorFamine() { ::setrlimit(RLIMIT_NOFILE, &kept_); }
+
+private:
+    struct rlimit kept_ {};
+    std::vector<FileDescriptor> taken_;
+};
+
 TEST_F(Serving, SurvivesWithoutDescriptors) {
     const RunningServer server(folder_.path(), milliseconds(60000));
     std::vector<FileDescriptor> clients;
@@ -313,23 +331,14 @@ TEST_F(Serving, SurvivesWithoutDescriptors) {
     EXPECT_EQ(answerOf(served), pingAnswer);
 
     clients.push_back(FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)));
-    struct rlimit limit {};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlim_t kept = limit.rlim_cur;
-    std::vector<FileDescriptor> fill;
-    limit.rlim_cur = 64;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    while (fill.emplace_back(::dup(0))) {
-    }
+    auto famine = std::make_unique<DescriptorFamine>();
     const sockaddr_un address = unixSocketAddress(server.socketPath().string());
     ASSERT_EQ(::connect(clients.back().get(), reinterpret_cast<const sockaddr*>(&address),
                         sizeof address),
               0);
     send(clients.back(), pingRequest);
     EXPECT_EQ(answerOf(clients.back()), pingAnswer) << "an older connection gives way";
-    fill.clear();
-    limit.rlim_cur = kept;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
+    famine.reset();
     const FileDescriptor later = server.connect();
     send(later, pingRequest);
     EXPECT_EQ(answerOf(later), pingAnswer);
@@ -342,23 +351,14 @@ TEST_F(Serving, WaitsForADescriptorWhenItHasNoConnectionToGiveUp) {
     EXPECT_EQ(answerOf(first), pingAnswer) << "its thread runs";
     const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const FileDescriptor log(::open((folder_.path() / "log").c_str(), O_RDONLY | O_CLOEXEC));
-    struct rlimit limit {};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlim_t kept = limit.rlim_cur;
-    std::vector<FileDescriptor> fill;
-    limit.rlim_cur = 64;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    while (fill.emplace_back(::dup(0))) {
-    }
+    auto famine = std::make_unique<DescriptorFamine>();
     const sockaddr_un address = unixSocketAddress(server.socketPath().string());
     ASSERT_EQ(::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
               0);
     send(client, pingRequest);
     char line[200];
     EXPECT_TRUE(waitUntil([&] { return ::pread(log.get(), line, sizeof line, 0) > 0; }));
-    fill.clear();
-    limit.rlim_cur = kept;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
+    famine.reset();
     EXPECT_EQ(answerOf(client), pingAnswer);
     const std::string lines = server.log();
     EXPECT_NE(lines.find("cannot accept connections: Too many open files\n"), std::string::npos);

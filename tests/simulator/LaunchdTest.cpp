@@ -110,20 +110,6 @@ TEST_F(LaunchdOnASteppedClock, KeepsAJobAliveButHoldsACrashLoopBack) {
     EXPECT_TRUE(hasStarted(3));
 }
 
-TEST_F(LaunchdOnASteppedClock, LoadsOnceAndUnloads) {
-    launchd_.bootstrap(list_);
-    ASSERT_TRUE(hasStarted(1));
-    EXPECT_THROW(launchd_.bootstrap(list_), std::runtime_error);
-    const pid_t process = running();
-    launchd_.bootout(list_);
-    EXPECT_EQ(launchd_.list(), "");
-    int status = 0;
-    EXPECT_EQ(::waitpid(process, &status, 0), process);
-    EXPECT_EQ(WTERMSIG(status), SIGTERM);
-    EXPECT_FALSE(launchd_.childEnded(process, status));
-    EXPECT_THROW(launchd_.bootout(list_), std::runtime_error);
-}
-
 TEST_F(LaunchdOnASteppedClock, AProgramThatIsNotThereIsLoggedAndTriedAgain) {
     std::filesystem::remove(folder_.root().resolve("/job"));
     writeFile(folder_.root().resolve("/Library/LaunchDaemons/bad.plist"), "nonsense");
