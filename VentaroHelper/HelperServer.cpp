@@ -19,6 +19,8 @@ namespace ventaro {
 
 namespace {
 
+/// How long a client waits for its answer.
+constexpr auto clientPatience = std::chrono::seconds(2);
 constexpr mode_t socketMode = 0666; // peer credentials decide, not the file's mode
 
 /// Holds a lock on a file beside the socket for the whole life of an instance, so that of two that
@@ -74,16 +76,21 @@ HelperServer::~HelperServer() { ::unlink(options_.socketPath.c_str()); }
 void HelperServer::run(int stopDescriptor) {
     std::vector<pollfd> pollSet;
     for (;;) {
-        const bool wasLong = isTurnLong();
+        if (isTurnLong()) {
+            lagsUntil_ = Clock::now() + clientPatience;
+        }
         fillPollSet(pollSet, stopDescriptor);
         const int ready = ::poll(pollSet.data(), static_cast<nfds_t>(pollSet.size()),
-                                 millisecondsToNextDeadline());
+                                 lagsUntil_ ? 0 : millisecondsToNextDeadline());
         if (ready < 0 && errno != EINTR) {
             throw std::system_error(errno, std::generic_category(), "poll");
         }
         turnBegan_ = Clock::now();
-        if (!wasLong) {
+        if (!lagsUntil_) {
             busySince_ = turnBegan_;
+        } else if (ready == 0 || turnBegan_ >= *lagsUntil_) {
+            lagsUntil_.reset(); // everybody who had to wait is served, or has given up
+            continue;
         }
         if (ready > 0 && pollSet[0].revents != 0) {
             connections_.clear();

@@ -88,9 +88,10 @@ private:
     std::vector<Connection> connections_;            ///< in order of acceptance
     std::optional<Clock::time_point> acceptAgainAt_; ///< set while descriptors are exhausted
     Clock::time_point turnBegan_;
-    /// When the turns that followed each other without a pause began: clients that are found now
-    /// may have been waiting since then.
+    /// Clients that are found now may have been waiting since then.
     Clock::time_point busySince_;
+    /// Set after a long turn, until nobody is left who had to wait for it.
+    std::optional<Clock::time_point> lagsUntil_;
 };
 
 } // namespace ventaro
