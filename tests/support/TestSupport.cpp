@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -67,6 +68,7 @@ Program::Program(const fs::path& folder, const std::vector<std::string>& argumen
     pid_ = ::fork();
     if (pid_ == 0) {
         constexpr mode_t mode = 0600;
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM); // a test that is killed leaves no machine behind
         ::dup2(::open("/dev/null", O_RDONLY), STDIN_FILENO);
         ::dup2(::open(outputPath_.c_str(), O_WRONLY | O_CREAT, mode), STDOUT_FILENO);
         ::dup2(::open(errorPath_.c_str(), O_WRONLY | O_CREAT, mode), STDERR_FILENO);
