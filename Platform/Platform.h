@@ -2,6 +2,7 @@
 
 #include "IOKit.h"
 #include "MachineRoot.h"
+#include "UserSession.h"
 
 #include <sys/types.h>
 
@@ -31,6 +32,8 @@ struct Platform {
     MachineRoot machineRoot;
     std::unique_ptr<IOKit> ioKit;
     std::unique_ptr<ConsoleUser> consoleUser;
+    /// Null in a program that works for no user, as the helper.
+    std::unique_ptr<UserSession> session;
 
     /// The platform that the objects named `shared` use. Throws std::logic_error before `install`.
     static Platform& current();

@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 
 namespace ventaro {
 
@@ -25,18 +26,23 @@ constexpr mode_t socketMode = 0666; // peer credentials decide, not the file's m
 
 /// Holds a lock on a file beside the socket for the whole life of an instance, so that of two that
 /// start at the same time only one replaces the socket file.
-FileDescriptor lockInstance(std::filesystem::path socketPath) {
+FileDescriptor lockInstance(std::filesystem::path socketPath, std::chrono::milliseconds patience) {
+    constexpr std::chrono::milliseconds pause(10);
+    const auto end = std::chrono::steady_clock::now() + patience;
     const std::filesystem::path path = socketPath.replace_extension(".lock");
     FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!lock) {
         throw std::system_error(errno, std::generic_category(), path.string());
     }
-    if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK) {
             throw std::system_error(errno, std::generic_category(), path.string());
         }
-        throw std::runtime_error("another instance of the helper is running (it holds " +
-                                 path.string() + ")");
+        if (std::chrono::steady_clock::now() >= end) {
+            throw std::runtime_error("another instance of the helper is running (it holds " +
+                                     path.string() + ")");
+        }
+        std::this_thread::sleep_for(pause);
     }
     return lock;
 }
@@ -66,7 +72,7 @@ HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerChe
       handler_(std::move(handler)),
       mayConnect_(std::move(mayConnect)),
       log_(log),
-      instanceLock_(lockInstance(options_.socketPath)),
+      instanceLock_(lockInstance(options_.socketPath, options_.takeOverPatience)),
       listener_(replaceStaleSocket(options_.socketPath)),
       turnBegan_(Clock::now()),
       busySince_(turnBegan_) {}

@@ -30,6 +30,8 @@ struct HelperServerOptions {
     std::chrono::milliseconds requestTimeout{500};
     /// When all are taken, the oldest without a complete request is dropped.
     std::size_t maximumConnections = 32;
+    /// How long a new instance waits for the one before it, which may still be on its way out.
+    std::chrono::milliseconds takeOverPatience{3000};
 };
 
 /// Serves the helper's socket: one request and one response per connection. One thread around

@@ -2,28 +2,22 @@
 
 #include "EventLoop.h"
 #include "FileDescriptor.h"
-#include "MachineRoot.h"
+#include "MachineControl.h"
 
 #include <functional>
 #include <map>
+#include <optional>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace ventaro {
-
-/// A command to a running machine: a few words.
-using Command = std::vector<std::string>;
-
-struct CommandResult {
-    int exitCode = 0;
-    std::string text; ///< for standard output, or for standard error if the exit code is not 0
-};
 
 /// The socket over which a running machine takes commands, each a packet of words that end in a
 /// zero byte. One thread.
 class ControlChannel {
 public:
-    using Handler = std::function<CommandResult(const Command&)>;
+    /// No value: the command is answered later, by `answerWaiting`.
+    using Handler = std::function<std::optional<MachineCommandResult>(const MachineCommand&)>;
 
     /// The loop must outlive the channel. Throws std::system_error if the socket cannot be made.
     ControlChannel(EventLoop& loop, const MachineRoot& root, Handler handler);
@@ -31,19 +25,21 @@ public:
     ControlChannel(const ControlChannel&) = delete;
     ControlChannel& operator=(const ControlChannel&) = delete;
 
+    /// Answers every command that waits.
+    void answerWaiting(const MachineCommandResult& result);
+
 private:
     void accept();
-    void answer(int socket);
+    void receive(int socket);
+    void answer(int socket, const MachineCommandResult& result);
+    void disconnect(int socket);
 
     EventLoop& loop_;
     const std::string path_;
     const Handler handler_;
     FileDescriptor listener_;
     std::map<int, FileDescriptor> connections_;
+    std::set<int> waiting_;
 };
-
-/// Sends one command to the machine with this root and waits for its result. Throws
-/// std::runtime_error if no machine answers there.
-CommandResult sendCommand(const MachineRoot& root, const Command& command);
 
 } // namespace ventaro

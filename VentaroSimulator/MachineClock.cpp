@@ -7,4 +7,13 @@ std::chrono::milliseconds MachineClock::now() const {
     return stepped_ + std::chrono::duration_cast<std::chrono::milliseconds>(passed * factor_);
 }
 
+std::optional<std::chrono::milliseconds>
+MachineClock::hostTimeUntil(std::chrono::milliseconds instant) const {
+    if (isStepped()) {
+        return std::nullopt;
+    }
+    const std::chrono::duration<double, std::milli> left = (instant - now()) / factor_;
+    return std::chrono::ceil<std::chrono::milliseconds>(left);
+}
+
 } // namespace ventaro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 
 namespace ventaro {
 
@@ -13,6 +14,8 @@ public:
     static MachineClock stepped() { return MachineClock(0); }
 
     std::chrono::milliseconds now() const;
+    /// How long the host waits until `instant`; no value while the clock stands still.
+    std::optional<std::chrono::milliseconds> hostTimeUntil(std::chrono::milliseconds instant) const;
     bool isStepped() const { return factor_ == 0; }
     /// Moves a stepped clock on.
     void step(std::chrono::milliseconds by) { stepped_ += by; }

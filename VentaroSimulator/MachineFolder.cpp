@@ -83,9 +83,11 @@ void MachineFolder::makeTree() const {
         fs::create_directories(root_.resolve(folder));
     }
     fs::create_directories(home());
-    const fs::path launchctl = root_.resolve("/usr/bin/launchctl");
-    fs::remove(launchctl);
-    fs::create_symlink(fs::read_symlink("/proc/self/exe"), launchctl);
+    for (const char* command : {"/usr/bin/launchctl", "/usr/bin/chown"}) {
+        const fs::path link = root_.resolve(command);
+        fs::remove(link);
+        fs::create_symlink(fs::read_symlink("/proc/self/exe"), link);
+    }
 }
 
 void MachineFolder::lock() {

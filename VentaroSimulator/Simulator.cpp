@@ -1,5 +1,6 @@
 #include "Simulator.h"
 
+#include "ClockServer.h"
 #include "ControlChannel.h"
 #include "EventLoop.h"
 #include "HelperIPC.h"
@@ -89,8 +90,11 @@ private:
     void reapChildren();
     void endCommand(int signal);
     static void endAllProcesses();
-    CommandResult perform(const Command& command);
-    CommandResult performLaunchctl(const Command& command);
+    std::optional<MachineCommandResult> perform(const MachineCommand& command);
+    MachineCommandResult performLaunchctl(const MachineCommand& command);
+    void step(const std::string& seconds);
+    void setConsent(const MachineCommand& command);
+    std::optional<MachineCommandResult> consentAnswer() const;
     std::string status() const;
 
     const SimulatorOptions options_;
@@ -101,7 +105,10 @@ private:
     EventLoop loop_;
     SmcServer server_;
     Launchd launchd_;
+    ClockServer clocks_;
     ControlChannel control_;
+    AdministratorConsent consent_;
+    std::string refusal_; ///< the text with which the administrator refuses
     pid_t command_ = 0;
     int exitCode_ = EXIT_SUCCESS;
 };
@@ -115,7 +122,10 @@ RunningMachine::RunningMachine(const SimulatorOptions& options)
       server_(loop_, smc_, folder_.root(), [this] { bringUpToDate(); }),
       launchd_(loop_, clock_, folder_.root(),
                machineEnvironment(folder_.root(), SmcWire::rootAccess)),
-      control_(loop_, folder_.root(), [this](const Command& command) { return perform(command); }) {
+      clocks_(loop_, clock_, folder_.root()),
+      control_(loop_, folder_.root(),
+               [this](const MachineCommand& command) { return perform(command); }),
+      consent_(options.consent) {
     smc_.faults().addAll(options.faults);
     server_.applyServiceFault();
     if (options.helperInstalled) {
@@ -257,31 +267,18 @@ std::string RunningMachine::status() const {
     return text;
 }
 
-CommandResult RunningMachine::perform(const Command& command) try {
+std::optional<MachineCommandResult> RunningMachine::perform(const MachineCommand& command) try {
     const std::string& verb = command.at(0);
     if (verb == "launchctl") {
         return performLaunchctl(command);
     }
     if (verb == "status" && command.size() == 1) {
         bringUpToDate();
-        return {EXIT_SUCCESS, status()};
+        return MachineCommandResult{EXIT_SUCCESS, status()};
     }
     if (verb == "step" && command.size() == 2) {
-        constexpr double longest = 86400; // s
-        const std::string& text = command[1];
-        double seconds = 0;
-        const auto result = std::from_chars(text.data(), text.data() + text.size(), seconds);
-        if (result.ec != std::errc{} || result.ptr != text.data() + text.size() ||
-            !(seconds >= 0 && seconds <= longest)) {
-            throw std::invalid_argument("step takes 0 to 86400 seconds");
-        }
-        if (!clock_.isStepped()) {
-            throw std::invalid_argument("the clock of this machine runs by itself");
-        }
-        clock_.step(std::chrono::milliseconds(std::llround(seconds * 1000)));
-        bringUpToDate();
-        launchd_.startDueJobs();
-        return {};
+        step(command[1]);
+        return MachineCommandResult{};
     }
     if (verb == "workload" && command.size() == 2) {
         const auto workload = workloadFromName(command[1]);
@@ -290,7 +287,7 @@ CommandResult RunningMachine::perform(const Command& command) try {
         }
         bringUpToDate();
         smc_.setWorkload(*workload);
-        return {};
+        return MachineCommandResult{};
     }
     if (verb == "fault" && command.size() > 1) {
         std::string line;
@@ -299,19 +296,69 @@ CommandResult RunningMachine::perform(const Command& command) try {
         }
         smc_.faults().add(line);
         server_.applyServiceFault();
-        return {};
+        return MachineCommandResult{};
     }
     if (verb == "clear" && command.size() == 1) {
         smc_.faults().clear();
         server_.applyServiceFault();
-        return {};
+        return MachineCommandResult{};
+    }
+    if (verb == "consent" && command.size() > 1) {
+        setConsent(command);
+        return MachineCommandResult{};
+    }
+    if (verb == "administrator-consent" && command.size() == 1) {
+        return consentAnswer();
     }
     throw std::invalid_argument("no such command");
 } catch (const std::exception& error) {
-    return {EXIT_FAILURE, std::string(error.what()) + '\n'};
+    return MachineCommandResult{EXIT_FAILURE, std::string(error.what()) + '\n'};
 }
 
-CommandResult RunningMachine::performLaunchctl(const Command& command) {
+void RunningMachine::step(const std::string& text) {
+    constexpr double longest = 86400; // s
+    double seconds = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (result.ec != std::errc{} || result.ptr != text.data() + text.size() ||
+        !(seconds >= 0 && seconds <= longest)) {
+        throw std::invalid_argument("step takes 0 to 86400 seconds");
+    }
+    if (!clock_.isStepped()) {
+        throw std::invalid_argument("the clock of this machine runs by itself");
+    }
+    clock_.step(std::chrono::milliseconds(std::llround(seconds * 1000)));
+    bringUpToDate();
+    launchd_.startDueJobs();
+    clocks_.sendDueTicks();
+}
+
+void RunningMachine::setConsent(const MachineCommand& command) {
+    const auto consent = consentFromName(command[1]);
+    const std::size_t mostWords = consent == AdministratorConsent::refused ? 3 : 2;
+    if (!consent || command.size() > mostWords) {
+        throw std::invalid_argument("consent is granted, refused (with a text or without) or "
+                                    "waiting");
+    }
+    consent_ = *consent;
+    refusal_ = command.size() > 2 ? command[2] : "";
+    if (const auto answer = consentAnswer()) {
+        control_.answerWaiting(*answer);
+    }
+}
+
+std::optional<MachineCommandResult> RunningMachine::consentAnswer() const {
+    switch (consent_) {
+    case AdministratorConsent::granted:
+        return MachineCommandResult{};
+    case AdministratorConsent::refused:
+        return MachineCommandResult{EXIT_FAILURE, refusal_};
+    case AdministratorConsent::waiting:
+        break;
+    }
+    return std::nullopt; // the dialog stays open
+}
+
+MachineCommandResult RunningMachine::performLaunchctl(const MachineCommand& command) {
     if (command.size() == 2 && command[1] == "list") {
         return {EXIT_SUCCESS, launchd_.list()};
     }
@@ -339,7 +386,17 @@ MachineRoot machineOfEnvironment() {
     return std::move(*choice.simulated);
 }
 
-int printResult(const CommandResult& result) {
+/// Whether this process is the machine's root; says so if it is not.
+bool isMachineRoot(const char* command) {
+    const char* access = std::getenv(SmcWire::accessVariable);
+    const bool isRoot = access != nullptr && std::string_view(access) == SmcWire::rootAccess;
+    if (!isRoot) {
+        std::fprintf(stderr, "%s: operation not permitted, root is required\n", command);
+    }
+    return isRoot;
+}
+
+int printResult(const MachineCommandResult& result) {
     std::fputs(result.text.c_str(), result.exitCode == EXIT_SUCCESS ? stdout : stderr);
     return result.exitCode;
 }
@@ -350,23 +407,52 @@ const char* const controlHelp = "  step SECONDS    move a stepped clock on\n"
                                 "  workload NAME   change the workload\n"
                                 "  fault FAULT     add a fault, one line of a fault file\n"
                                 "  clear           take all faults away\n"
-                                "  status          print the machine's state\n";
+                                "  status          print the machine's state\n"
+                                "  consent granted|refused [TEXT]|waiting\n"
+                                "                  how the administrator answers from now on\n";
 
 int runSimulator(const SimulatorOptions& options) { return RunningMachine(options).run(); }
 
+std::optional<AdministratorConsent> consentFromName(std::string_view name) {
+    if (name == "granted") {
+        return AdministratorConsent::granted;
+    }
+    if (name == "refused") {
+        return AdministratorConsent::refused;
+    }
+    return name == "waiting" ? std::optional(AdministratorConsent::waiting) : std::nullopt;
+}
+
 int controlMachine(const std::vector<std::string>& command) {
-    return printResult(sendCommand(machineOfEnvironment(), command));
+    // A long stepped time takes the machine a moment to live through.
+    constexpr auto patience = std::chrono::minutes(2);
+    return printResult(sendMachineCommand(machineOfEnvironment(), command, patience));
 }
 
 int launchctl(const std::vector<std::string>& arguments) {
-    const char* access = std::getenv(SmcWire::accessVariable);
-    if (access == nullptr || std::string_view(access) != SmcWire::rootAccess) {
-        std::fputs("launchctl: operation not permitted, root is required\n", stderr);
+    if (!isMachineRoot("launchctl")) {
         return EXIT_FAILURE;
     }
-    Command command{"launchctl"};
+    MachineCommand command{"launchctl"};
     command.insert(command.end(), arguments.begin(), arguments.end());
     return controlMachine(command);
+}
+
+int chown(const std::vector<std::string>& arguments) {
+    if (!isMachineRoot("chown")) {
+        return EXIT_FAILURE;
+    }
+    if (arguments.size() < 2 || arguments.front() != "root:wheel") {
+        std::fputs("chown: only root:wheel FILE... is known on this machine\n", stderr);
+        return EXIT_FAILURE;
+    }
+    for (auto file = arguments.begin() + 1; file != arguments.end(); ++file) {
+        if (!std::filesystem::exists(*file)) {
+            std::fprintf(stderr, "chown: %s: No such file or directory\n", file->c_str());
+            return EXIT_FAILURE;
+        }
+    }
+    return EXIT_SUCCESS; // whoever runs the machine owns its files
 }
 
 } // namespace ventaro

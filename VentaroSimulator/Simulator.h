@@ -5,15 +5,22 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ventaro {
+
+/// How the machine's administrator answers when a program asks for his password.
+enum class AdministratorConsent { granted, refused, waiting };
+
+std::optional<AdministratorConsent> consentFromName(std::string_view name);
 
 struct SimulatorOptions {
     SimulatedSmcOptions machine;
     double timeScale = 1;
     bool stepped = false;
     bool helperInstalled = true;
+    AdministratorConsent consent = AdministratorConsent::granted;
     std::optional<std::filesystem::path> root; ///< no value: a temporary folder
     std::string faults;                        ///< the text of a fault file
     std::vector<std::string> command;          ///< empty: run until a signal
@@ -31,6 +38,10 @@ int controlMachine(const std::vector<std::string>& command);
 
 /// The machine's launchctl: bootstrap, bootout, load, unload and list, for the machine's root.
 int launchctl(const std::vector<std::string>& arguments);
+
+/// The machine's chown, for the machine's root: checks its arguments and changes nothing, for the
+/// files of a simulated machine belong to whoever runs it.
+int chown(const std::vector<std::string>& arguments);
 
 extern const char* const controlHelp;
 

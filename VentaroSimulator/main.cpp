@@ -81,6 +81,7 @@ int simulate(std::vector<std::string> arguments, std::vector<std::string> comman
     options.command = std::move(command);
     std::string workload = "idle";
     std::string helper = "installed";
+    std::string consent = "granted";
     std::string variant = "t2";
     std::string faultFile;
     std::string root;
@@ -101,6 +102,8 @@ int simulate(std::vector<std::string> arguments, std::vector<std::string> comman
         ->option_text("X");
     app.add_flag("--stepped", options.stepped, "the clock moves on command only")
         ->excludes("--time-scale");
+    choice("--consent", consent, "how the administrator answers",
+           {"granted", "refused", "waiting"});
     choice("--helper", helper, "whether the helper is installed", {"installed", "absent"});
     app.add_option("--root", root,
                    "the machine's folder, kept at the end (default: a temporary one)")
@@ -125,6 +128,7 @@ int simulate(std::vector<std::string> arguments, std::vector<std::string> comman
     options.machine.workload = *workloadFromName(workload);
     options.machine.variant = variant == "t2" ? SmcVariant::t2 : SmcVariant::legacy;
     options.helperInstalled = helper == "installed";
+    options.consent = *consentFromName(consent);
     if (!root.empty()) {
         options.root = root;
     }
@@ -135,8 +139,12 @@ int simulate(std::vector<std::string> arguments, std::vector<std::string> comman
 }
 
 int run(const std::string& calledAs, const std::vector<std::string>& arguments) {
-    if (std::filesystem::path(calledAs).filename() == "launchctl") {
+    const std::string name = std::filesystem::path(calledAs).filename();
+    if (name == "launchctl") {
         return launchctl(arguments);
+    }
+    if (name == "chown") {
+        return chown(arguments);
     }
     if (!arguments.empty() && arguments.front() == "control") {
         return control({arguments.begin() + 1, arguments.end()});

@@ -146,9 +146,11 @@ TEST(HelperProgram, SignalsEndItAndTakeTheSocketAway) {
         Program helper(machine.folder(), {bin + "VentaroHelper"}, machine.environment("root"));
         ASSERT_TRUE(waitUntil([&] { return machine.ctl({"ping"}).exitCode == 0; }));
         helper.signal(SIGPIPE);
-        const Outcome second = machine.run({bin + "VentaroHelper"}, "root");
-        EXPECT_EQ(second.exitCode, 1);
-        EXPECT_THAT(second.errors, HasSubstr("another instance"));
+        if (signal == SIGTERM) { // once is enough: it waits for the first one to go
+            const Outcome second = machine.run({bin + "VentaroHelper"}, "root");
+            EXPECT_EQ(second.exitCode, 1);
+            EXPECT_THAT(second.errors, HasSubstr("another instance"));
+        }
         EXPECT_EQ(machine.ctl({"ping"}).exitCode, 0);
         helper.signal(signal);
         EXPECT_EQ(helper.wait(), 0);

@@ -274,7 +274,7 @@ TEST_F(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
     const HelperLog log(-1, -1);
     const auto path = folder_.path() / "helper.sock";
     const auto another = [&](const std::filesystem::path& socketPath) {
-        HelperServer({.socketPath = socketPath}, {}, {}, log);
+        HelperServer({.socketPath = socketPath, .takeOverPatience = milliseconds(0)}, {}, {}, log);
     };
     RunningServer server(folder_.path());
     try {

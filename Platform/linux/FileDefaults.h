@@ -1,0 +1,37 @@
+#pragma once
+
+#include "DefaultsStore.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+
+namespace ventaro {
+
+/// A defaults store in a file: one CBOR map, whose types are the store's own. It is read once and
+/// written as a whole, at once, whenever something changes, so that the file is always the last or
+/// the one before it. One process at a time.
+class FileDefaults final : public DefaultsStore {
+public:
+    using Log = std::function<void(const std::string& line)>;
+
+    /// A missing file is an empty store. A damaged one is set aside with the extension ".damaged".
+    /// `log` takes English lines.
+    FileDefaults(std::filesystem::path file, Log log);
+
+    std::optional<DefaultsValue> object(std::string_view key) const override;
+    void store(const std::vector<Entry>& entries) override;
+
+private:
+    using Values = std::map<std::string, DefaultsValue, std::less<>>;
+
+    void load();
+    void save();
+
+    const std::filesystem::path file_;
+    const Log log_;
+    Values values_;
+    bool isSaved_ = true;
+};
+
+} // namespace ventaro

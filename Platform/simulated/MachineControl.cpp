@@ -1,0 +1,36 @@
+#include "MachineControl.h"
+
+#include "UnixSocket.h"
+
+#include <cerrno>
+#include <stdexcept>
+
+namespace ventaro {
+
+MachineCommandResult sendMachineCommand(const MachineRoot& root, const MachineCommand& command,
+                                        std::optional<std::chrono::milliseconds> patience) {
+    constexpr std::chrono::seconds connectPatience(5);
+    const FileDescriptor socket = connectToUnixSocket(root.resolve(machineControlSocketPath),
+                                                      SOCK_SEQPACKET, connectPatience);
+    std::string packet;
+    for (const std::string& word : command) {
+        packet += word + '\0';
+    }
+    std::string reply(largestControlPacket, '\0');
+    ssize_t received = -1;
+    if (socket && packet.size() <= largestControlPacket &&
+        ::send(socket.get(), packet.data(), packet.size(), MSG_NOSIGNAL) > 0) {
+        if (patience) {
+            setSocketTimeout(socket.get(), SO_RCVTIMEO, *patience);
+        }
+        do {
+            received = ::recv(socket.get(), reply.data(), reply.size(), 0);
+        } while (received < 0 && errno == EINTR);
+    }
+    if (received <= 0) {
+        throw std::runtime_error("no simulated machine answers at " + root.folder().string());
+    }
+    return {static_cast<int>(reply[0]), reply.substr(1, static_cast<std::size_t>(received) - 1)};
+}
+
+} // namespace ventaro

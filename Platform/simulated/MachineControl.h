@@ -1,0 +1,30 @@
+#pragma once
+
+#include "MachineRoot.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ventaro {
+
+/// Where the simulator of a machine takes commands: one packet of words that end in a zero byte,
+/// answered by one packet of an exit code and a text.
+constexpr const char* machineControlSocketPath = "/var/run/ventaro-simulator/control.sock";
+constexpr std::size_t largestControlPacket = 65536;
+
+/// A command to a running machine: a few words.
+using MachineCommand = std::vector<std::string>;
+
+struct MachineCommandResult {
+    int exitCode = 0;
+    std::string text; ///< for standard output, or for standard error if the exit code is not 0
+};
+
+/// Sends one command to the machine with this root and waits for its result, without `patience`
+/// for as long as the machine is there. Throws std::runtime_error if none answers.
+MachineCommandResult sendMachineCommand(const MachineRoot& root, const MachineCommand& command,
+                                        std::optional<std::chrono::milliseconds> patience);
+
+} // namespace ventaro

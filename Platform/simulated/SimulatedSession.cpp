@@ -1,0 +1,26 @@
+#include "SimulatedSession.h"
+
+#include "FileDefaults.h"
+#include "LinuxSession.h"
+#include "ProcessTable.h"
+#include "SimulatedAdministratorScripts.h"
+#include "SimulatedClock.h"
+
+namespace ventaro {
+
+UserSession makeSimulatedSession(const MachineRoot& root) {
+    const std::filesystem::path home = root.resolve("/Users/ventaro");
+    UserSession session;
+    session.bundle = currentBundle();
+    session.loginItem = {LoginMechanism::launchAgent,
+                         home / "Library/LaunchAgents/com.ventaro.app.plist"};
+    session.clock = std::make_unique<SimulatedClock>(root);
+    session.defaults = std::make_unique<FileDefaults>(
+        home / "Library/Preferences/com.ventaro.app.cbor", logToStandardError);
+    session.administratorScripts = std::make_unique<SimulatedAdministratorScripts>(root);
+    session.runningApplications = std::make_unique<ProcessTable>(
+        std::string(MachineRoot::environmentVariable) + "=" + root.folder().string());
+    return session;
+}
+
+} // namespace ventaro

@@ -1,0 +1,216 @@
+#include "AtomicFile.h"
+#include "FileDefaults.h"
+#include "ProcessTable.h"
+#include "SimulatedAdministratorScripts.h"
+#include "SimulatedClock.h"
+#include "TestSupport.h"
+
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace ventaro {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST(AtomicFiles, ReplaceWholeFilesAndNothingElse) {
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    writeFile(folder.path() / "precious", "mine");
+    fs::create_symlink(folder.path() / "precious", file);
+    const mode_t umaskBefore = ::umask(0077);
+    writeFileAtomically(file, "text", 0644);
+    ::umask(umaskBefore);
+    EXPECT_EQ(readFile(file), "text");
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms(0644));
+    EXPECT_EQ(readFile(folder.path() / "precious"), "mine") << "the link was not followed";
+
+    fs::create_directories(folder.path() / "folder/inside");
+    for (const fs::path& path : {folder.path() / "missing/file", folder.path() / "folder"}) {
+        try {
+            writeFileAtomically(path, "text", 0644);
+            ADD_FAILURE() << path;
+        } catch (const FileError& error) {
+            EXPECT_THAT(error.what(), HasSubstr("kann nicht geschrieben werden: "));
+        }
+    }
+    EXPECT_THROW(createFolders(file / "below"), FileError);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 3)
+        << "no temporary file is left";
+}
+
+class FileDefaultsTest : public testing::Test {
+protected:
+    FileDefaults open() {
+        return FileDefaults(file_, [this](const std::string& line) { log_.push_back(line); });
+    }
+    TemporaryFolder folder_;
+    const fs::path file_ = folder_.path() / "config/settings.cbor";
+    std::vector<std::string> log_;
+};
+
+TEST_F(FileDefaultsTest, KeepsValuesWithTheirTypes) {
+    const DefaultsData data{0x00, 0xFF, '"', 0x0A};
+    open().store({{"bool", true},
+                  {"zero", 0.0},
+                  {"number", 2200.25},
+                  {"text", std::string("ä\0x", 4)},
+                  {"data", data}});
+    open().store({{"bool", false}});
+    const FileDefaults defaults = open();
+    EXPECT_EQ(defaults.value<bool>("bool"), false);
+    EXPECT_EQ(defaults.value<double>("zero"), 0);
+    EXPECT_EQ(defaults.value<bool>("zero"), std::nullopt) << "a number is no boolean";
+    EXPECT_EQ(defaults.value<double>("number"), 2200.25);
+    EXPECT_EQ(defaults.value<std::string>("text"), std::string("ä\0x", 4));
+    EXPECT_EQ(defaults.value<DefaultsData>("data"), data);
+    EXPECT_EQ(defaults.value<std::string>("data"), std::nullopt);
+    EXPECT_FALSE(defaults.object("missing"));
+    EXPECT_THAT(log_, IsEmpty());
+}
+
+TEST_F(FileDefaultsTest, ADamagedFileIsSetAsideAndReplaced) {
+    open().store({{"number", 1.0}, {"text", std::string("text")}});
+    const std::string whole = readFile(file_);
+    const std::string damaged[] = {"",
+                                   whole.substr(0, whole.size() - 1),
+                                   whole + "x",
+                                   "\x01",
+                                   "\x81\x01",
+                                   "\xa1\x61k\xa1\x61k\x01",
+                                   std::string(100000, '\x81'),
+                                   std::string(2000000, 'x')};
+    for (const std::string& text : damaged) {
+        log_.clear();
+        writeFile(file_, text);
+        FileDefaults defaults = open();
+        EXPECT_FALSE(defaults.object("number"));
+        ASSERT_EQ(log_.size(), 1U) << text.size();
+        EXPECT_EQ(readFile(file_.string() + ".damaged"), text);
+        defaults.store({{"number", 2.0}});
+        EXPECT_EQ(open().value<double>("number"), 2);
+        EXPECT_EQ(log_.size(), 1U);
+    }
+}
+
+TEST_F(FileDefaultsTest, WhatCannotBeWrittenIsRememberedAndWrittenLater) {
+    writeFile(folder_.path() / "config", "in the way of the folder");
+    FileDefaults defaults = open();
+    defaults.store({{"number", 1.0}});
+    EXPECT_EQ(defaults.value<double>("number"), 1);
+    ASSERT_EQ(log_.size(), 1U);
+    EXPECT_THAT(log_[0], HasSubstr("not saved"));
+    fs::remove(folder_.path() / "config");
+    defaults.store({{"number", 1.0}}); // the same once more
+    EXPECT_EQ(open().value<double>("number"), 1);
+}
+
+TEST_F(FileDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
+    for (int round = 0; round < 10; ++round) {
+        const pid_t writer = ::fork();
+        if (writer == 0) {
+            FileDefaults defaults = open();
+            for (double number = 1;; ++number) {
+                defaults.store({{"number", number}, {"text", std::string(5000, 'x')}});
+            }
+        }
+        const auto written = [&] {
+            std::error_code error;
+            return fs::file_size(file_, error) > 0 && !error;
+        };
+        EXPECT_TRUE(waitUntil(written));
+        ::usleep(static_cast<useconds_t>(round) * 700);
+        ::kill(writer, SIGKILL);
+        ::waitpid(writer, nullptr, 0);
+        EXPECT_EQ(open().value<std::string>("text"), std::string(5000, 'x'));
+        EXPECT_THAT(log_, IsEmpty());
+    }
+}
+
+TEST(AdministratorScriptsTest, OnlyDoShellScriptsAreScripts) {
+    EXPECT_EQ(shellCommandOf(R"(do shell script "a \"b\" \\c" with administrator privileges)"),
+              R"(a "b" \c)");
+    for (const char* source :
+         {"", "do shell script \"a\"", "do shell script \" with administrator privileges",
+          R"(do shell script "a" b" with administrator privileges)",
+          R"(do shell script "a\" with administrator privileges)"}) {
+        EXPECT_FALSE(shellCommandOf(source)) << source;
+    }
+}
+
+TEST(AdministratorScriptsTest, WordsOfTheMachineMoveBelowItsRoot) {
+    const TemporaryFolder folder;
+    const MachineRoot root(folder.path());
+    const std::string in = "'" + folder.path().string() + "'";
+    const std::pair<std::string, std::string> rows[] = {
+        {"mkdir -p /Library/X && ls", "mkdir -p " + in + "/Library/X && ls"},
+        {"cp -f '/a /Library/b' '/Library/c d'", "cp -f '/a /Library/b' " + in + "'/Library/c d'"},
+        {"cp '/it'\\''s /Library/x' y", "cp '/it'\\''s /Library/x' y"},
+        {"rm -f '/tmp/com.ventaro.helper.plist' 2>/dev/null||true",
+         "rm -f " + in + "'/tmp/com.ventaro.helper.plist' 2>/dev/null||true"},
+        {"rm '/var/run/x';rm /var/runx", "rm " + in + "'/var/run/x';rm /var/runx"},
+    };
+    for (const auto& [line, moved] : rows) {
+        EXPECT_EQ(movedBelowRoot(line, root), moved);
+    }
+}
+
+TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
+    const TemporaryFolder folder;
+    const auto add = [&](const std::string& path) {
+        const fs::path program = folder.path() / path;
+        fs::create_directories(program.parent_path());
+        fs::copy_file("/bin/sleep", program);
+        return program.string();
+    };
+    const std::string mark = "VENTARO_TEST_FOLDER=" + folder.path().string();
+    ProcessTable table;
+    ProcessTable mine(mark);
+    const auto seen = [&](ProcessTable& processes, const std::string& name,
+                          const std::string& identifier) {
+        processes.refresh();
+        const auto list = processes.current();
+        return std::any_of(list->begin(), list->end(), [&](const auto& application) {
+            return application.localizedName == name && application.bundleIdentifier == identifier;
+        });
+    };
+    {
+        const std::string longName = "Macs Fan Control with a long name";
+        const Program competitor(folder.path(), {add("bin/" + longName), "100"}, {mark});
+        const Program innocent(folder.path(), {add("Macs Fan Control/editor"), "100"});
+        const Program shell(folder.path(),
+                            {"/bin/sh", "-c",
+                             "GIO_LAUNCHED_DESKTOP_FILE_PID=$$ "
+                             "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/org.TGPro.App.desktop exec \"" +
+                                 add("bin/fans") + "\" 100"});
+        EXPECT_TRUE(waitUntil([&] { return seen(table, longName, longName); }));
+        EXPECT_TRUE(waitUntil([&] { return seen(table, "editor", "editor"); }));
+        EXPECT_TRUE(waitUntil([&] { return seen(table, "fans", "org.TGPro.App"); }))
+            << "also if the table has seen the shell before";
+        EXPECT_TRUE(seen(mine, longName, longName));
+        EXPECT_EQ(mine.current()->size(), 1U) << "no other has the mark";
+    }
+    EXPECT_FALSE(seen(table, "editor", "editor")) << "it has ended";
+}
+
+TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
+    const TemporaryFolder folder;
+    SimulatedClock clock((MachineRoot(folder.path())));
+    const auto ticker = clock.ticker(std::chrono::milliseconds(10));
+    for (int tick = 0; tick < 2; ++tick) {
+        pollfd entry{ticker->descriptor(), POLLIN, 0};
+        EXPECT_EQ(::poll(&entry, 1, 60000), 1);
+        ticker->acknowledge();
+    }
+}
+
+} // namespace
+} // namespace ventaro
