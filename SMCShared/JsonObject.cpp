@@ -44,13 +44,16 @@ std::string sentence(DecodingError::Reason reason, const std::string& member) {
     return {};
 }
 
-/// Collects the members of the outermost object. What lies deeper is only counted, so that neither
-/// depth nor size costs more than the text itself.
+/// Collects the members of the outermost object, or of those in the outermost array. What lies
+/// deeper is only counted, so that neither depth nor size costs more than the text itself.
 class MemberCollector : public nlohmann::json_sax<json> {
 public:
-    using Members = std::map<std::string, JsonObjectReader::Value, std::less<>>;
+    enum class Outermost { object, array };
 
-    Members members;
+    explicit MemberCollector(Outermost outermost)
+        : objectDepth_(outermost == Outermost::array ? 1 : 0) {}
+
+    std::vector<JsonObjectReader::Members> objects;
     std::optional<DecodingError> error;
 
     bool null() override { return store(JsonObjectReader::Other{}); }
@@ -64,15 +67,19 @@ public:
     bool string(string_t& value) override { return store(std::move(value)); }
     bool binary(binary_t& /*value*/) override { return false; }
     bool start_object(std::size_t /*size*/) override {
-        return (depth_ == 0 || store(JsonObjectReader::Other{})) && enter();
+        if (depth_ == objectDepth_) {
+            objects.emplace_back();
+            return enter();
+        }
+        return store(JsonObjectReader::Other{}) && enter();
     }
     bool end_object() override { return leave(); }
     bool start_array(std::size_t /*size*/) override {
-        return store(JsonObjectReader::Other{}) && enter();
+        return (depth_ < objectDepth_ || store(JsonObjectReader::Other{})) && enter();
     }
     bool end_array() override { return leave(); }
     bool key(string_t& name) override {
-        if (depth_ == 1) {
+        if (depth_ == objectDepth_ + 1) {
             name_ = std::move(name);
         }
         return true;
@@ -80,7 +87,7 @@ public:
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                      const json::exception& exception) override {
         constexpr int numberOverflow = 406;
-        return exception.id == numberOverflow && depth_ > 0
+        return exception.id == numberOverflow && depth_ > objectDepth_
                    ? fail(DecodingError::Reason::outOfRange, name_)
                    : fail(DecodingError::Reason::malformed, {});
     }
@@ -95,11 +102,11 @@ private:
         return true;
     }
     bool store(JsonObjectReader::Value&& value) {
-        if (depth_ == 0) {
+        if (depth_ <= objectDepth_) {
             return fail(DecodingError::Reason::malformed, {});
         }
-        if (depth_ == 1) {
-            const auto [entry, isNew] = members.try_emplace(name_, std::move(value));
+        if (depth_ == objectDepth_ + 1) {
+            const auto [entry, isNew] = objects.back().try_emplace(name_, std::move(value));
             if (!isNew) {
                 entry->second = JsonObjectReader::Repeated{};
             }
@@ -111,9 +118,20 @@ private:
         return false;
     }
 
+    const int objectDepth_; ///< the depth at which the objects stand
     int depth_ = 0;
     std::string name_;
 };
+
+std::vector<JsonObjectReader::Members> collect(std::string_view text,
+                                               MemberCollector::Outermost outermost) {
+    MemberCollector collector(outermost);
+    const bool complete = json::sax_parse(text.begin(), text.end(), &collector);
+    if (!complete) {
+        throw collector.error.value_or(DecodingError(DecodingError::Reason::malformed, {}));
+    }
+    return std::move(collector.objects);
+}
 
 std::string quoted(std::string_view text) {
     return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
@@ -128,13 +146,15 @@ EncodingError::EncodingError(std::string member)
 DecodingError::DecodingError(Reason reason, std::string member)
     : std::runtime_error(sentence(reason, member)), reason_(reason), member_(std::move(member)) {}
 
-JsonObjectReader::JsonObjectReader(std::string_view text) {
-    MemberCollector collector;
-    const bool complete = json::sax_parse(text.begin(), text.end(), &collector);
-    if (!complete) {
-        throw collector.error.value_or(DecodingError(DecodingError::Reason::malformed, {}));
+JsonObjectReader::JsonObjectReader(std::string_view text)
+    : members_(std::move(collect(text, MemberCollector::Outermost::object).front())) {}
+
+std::vector<JsonObjectReader> readJsonObjects(std::string_view text) {
+    std::vector<JsonObjectReader> readers;
+    for (auto& members : collect(text, MemberCollector::Outermost::array)) {
+        readers.emplace_back(std::move(members));
     }
-    members_ = std::move(collector.members);
+    return readers;
 }
 
 const JsonObjectReader::Value& JsonObjectReader::find(std::string_view member) const {

@@ -5,7 +5,9 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
+#include <vector>
 
 namespace ventaro {
 
@@ -56,12 +58,18 @@ public:
     };
     using Value = std::variant<Other, Repeated, bool, std::int64_t, std::uint64_t, HugeInteger,
                                double, std::string>;
+    using Members = std::map<std::string, Value, std::less<>>;
+
+    explicit JsonObjectReader(Members members) : members_(std::move(members)) {}
 
 private:
     const Value& find(std::string_view member) const;
 
-    std::map<std::string, Value, std::less<>> members_;
+    Members members_;
 };
+
+/// `text` must be exactly one JSON array of objects; throws DecodingError for anything else.
+std::vector<JsonObjectReader> readJsonObjects(std::string_view text);
 
 /// Builds one compact JSON object, members in the order of the calls. Member names are plain ASCII.
 class JsonObjectWriter {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <thread>
 
 namespace ventaro {
 
@@ -24,6 +25,14 @@ std::string describe(HelperClientError::Code code) {
         return "Keine Antwort vom Helper erhalten.";
     case HelperClientError::Code::sendFailed:
         return "Senden an Helper fehlgeschlagen.";
+    case HelperClientError::Code::helperNotInBundle:
+        return "VentaroHelper Binary wurde im App-Bundle nicht gefunden.";
+    case HelperClientError::Code::installedHelperSilent:
+        return "Helper wurde installiert, antwortet aber noch nicht auf dem Socket.";
+    case HelperClientError::Code::scriptNotBuilt:
+        return "AppleScript Initialisierung fehlgeschlagen.";
+    case HelperClientError::Code::scriptFailed:
+        return "Administrator-Autorisierung abgebrochen oder fehlgeschlagen.";
     }
     return {};
 }
@@ -55,17 +64,26 @@ auto continueAfterSignals(int socket, int option, std::chrono::milliseconds time
 HelperClientError::HelperClientError(Code code) : code_(code), description_(describe(code)) {}
 
 HelperClient& HelperClient::shared() {
-    static auto* client =
-        new HelperClient(Platform::current().machineRoot.resolve(HelperConstants::socketPath));
+    static auto* client = [] {
+        const Platform& platform = Platform::current();
+        const auto pause = [](std::chrono::milliseconds time) {
+            std::this_thread::sleep_for(time);
+        };
+        return new HelperClient(platform.machineRoot.resolve(HelperConstants::socketPath),
+                                std::chrono::seconds(2), std::chrono::seconds(2),
+                                {platform.machineRoot, platform.session->bundle,
+                                 platform.session->administratorScripts.get(), pause});
+    }();
     return *client;
 }
 
 HelperClient::HelperClient(std::filesystem::path socketPath,
                            std::chrono::milliseconds receiveTimeout,
-                           std::chrono::milliseconds sendTimeout)
+                           std::chrono::milliseconds sendTimeout, HelperInstallation installation)
     : socketPath_(std::move(socketPath)),
       receiveTimeout_(receiveTimeout),
-      sendTimeout_(sendTimeout) {}
+      sendTimeout_(sendTimeout),
+      installation_(std::move(installation)) {}
 
 HelperResponse HelperClient::sendSocketRequest(const HelperRequest& request) const {
     using Code = HelperClientError::Code;

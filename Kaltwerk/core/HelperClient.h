@@ -1,10 +1,15 @@
 #pragma once
 
+#include "AdministratorScripts.h"
 #include "HelperIPC.h"
+#include "MachineRoot.h"
+#include "UserSession.h"
 
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace ventaro {
@@ -19,9 +24,16 @@ public:
         notReachable = 2,
         noAnswer = 3,
         sendFailed = 4,
+        helperNotInBundle = 10,
+        installedHelperSilent = 11,
+        scriptNotBuilt = 20,
+        scriptFailed = 21,
     };
 
     explicit HelperClientError(Code code);
+    /// With the failure's own sentence in place of the code's.
+    HelperClientError(Code code, std::string description)
+        : code_(code), description_(std::move(description)) {}
 
     Code code() const { return code_; }
     const std::string& description() const { return description_; }
@@ -30,6 +42,15 @@ public:
 private:
     Code code_;
     std::string description_;
+};
+
+/// What it takes to install the helper and to remove it.
+struct HelperInstallation {
+    MachineRoot machineRoot;
+    Bundle bundle;
+    AdministratorScripts* administratorScripts = nullptr; ///< must outlive the client
+    /// Blocks the calling thread; between two questions whether the new helper answers.
+    std::function<void(std::chrono::milliseconds)> pause;
 };
 
 /// The application's side of the helper channel. Without mutable state: any thread may call any
@@ -43,7 +64,8 @@ public:
     /// and the waiting for the answer.
     explicit HelperClient(std::filesystem::path socketPath,
                           std::chrono::milliseconds receiveTimeout = std::chrono::seconds(2),
-                          std::chrono::milliseconds sendTimeout = std::chrono::seconds(2));
+                          std::chrono::milliseconds sendTimeout = std::chrono::seconds(2),
+                          HelperInstallation installation = {});
 
     /// One exchange; blocks until the answer, a failure or a time-out. A response with `success`
     /// false is returned like any other. Throws HelperClientError, EncodingError, DecodingError.
@@ -52,10 +74,22 @@ public:
     /// Whether a helper that this program can use answers a ping. Blocks like an exchange.
     bool isDaemonActive() const;
 
+    /// Installs the helper from the bundle, or installs it anew, with the administrator's consent,
+    /// and returns once it answers. Blocks as long as the dialog is open and two seconds beyond.
+    /// Throws HelperClientError and FileError.
+    void installPrivilegedDaemon() const;
+    /// Hands the fans back to the automatic control and removes the helper with everything that
+    /// belongs to it, with the administrator's consent. Blocks. Throws HelperClientError.
+    void uninstallPrivilegedDaemon() const;
+
 private:
+    void requireAdministratorScripts() const;
+    std::optional<std::filesystem::path> bundledHelperURL() const;
+    void runWithAdminPrivileges(const std::string& shellCommand) const;
     const std::filesystem::path socketPath_;
     const std::chrono::milliseconds receiveTimeout_;
     const std::chrono::milliseconds sendTimeout_;
+    const HelperInstallation installation_;
 };
 
 } // namespace ventaro

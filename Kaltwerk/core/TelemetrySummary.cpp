@@ -1,5 +1,7 @@
 #include "TelemetrySummary.h"
 
+#include "NumberFormat.h"
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -34,6 +36,22 @@ TelemetrySummary summarize(std::span<const SensorReading> sensors) {
     return {firstOf(valueOf(sensors, "TCXC"), hottestOf(sensors, SensorCategory::cpu)),
             firstOf(valueOf(sensors, "TGDD"), hottestOf(sensors, SensorCategory::gpu)),
             firstOf(valueOf(sensors, "PDTR"), valueOf(sensors, "PSTR"))};
+}
+
+TelemetrySummary readFastSummary(SMCService& smc) {
+    const auto read = [&smc](const char* key, const char* fallback) {
+        const auto value = smc.readDouble(key);
+        return value ? *value : smc.readDouble(fallback).value_or(0);
+    };
+    TelemetrySummary summary;
+    summary.cpuTemperature = read("TCXC", "TC0F");
+    summary.gpuTemperature = read("TGDD", "TG0P");
+    summary.systemPower = read("PDTR", "PSTR");
+    return summary;
+}
+
+std::string summaryText(double rpm, double celsius) {
+    return formatRounded(rpm) + " RPM · " + formatRounded(celsius) + "°C";
 }
 
 } // namespace ventaro

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "SMCService.h"
 #include "TelemetryRecords.h"
 
 #include <span>
+#include <string>
 
 namespace ventaro {
 
@@ -16,5 +18,12 @@ struct TelemetrySummary {
 /// From a full sweep: the package sensor, else the hottest of its group; the adapter's power, else
 /// the system's.
 TelemetrySummary summarize(std::span<const SensorReading> sensors);
+
+/// From three to six keys, whatever values they hold: each figure's own key, else its neighbour's.
+TelemetrySummary readFastSummary(SMCService& smc);
+
+/// The status item's text, "2157 RPM · 63°C": a speed and a temperature, rounded; "--" for a number
+/// that is not finite.
+std::string summaryText(double rpm, double celsius);
 
 } // namespace ventaro

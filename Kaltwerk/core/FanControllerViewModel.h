@@ -1,0 +1,337 @@
+#pragma once
+
+#include "ControlProfile.h"
+#include "DispatchGate.h"
+#include "FanCurve.h"
+#include "HelperClient.h"
+#include "MonitoringTimer.h"
+#include "SMCService.h"
+#include "SavedSettings.h"
+#include "SystemHardwareInfo.h"
+#include "TaskRunner.h"
+#include "TelemetrySample.h"
+#include "TelemetrySummary.h"
+#include "UserSession.h"
+
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace ventaro {
+
+/// What a controller works with. All must outlive the controller and the tasks it has started.
+struct FanControllerDependencies {
+    SMCService& smc;
+    const HelperClient& helper;
+    HardwareInspector& inspector;
+    const MachineRoot& machineRoot;
+    UserSession& session;
+    TaskRunner& tasks;
+};
+
+/// The one controller of the application: it watches the machine, decides about the fans' speeds
+/// and has the helper set them. Every field tells of a change once its stored value really differs.
+/// Failures end in the status line; no operation throws. Main thread only.
+class FanControllerViewModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(std::vector<ventaro::FanReading> fans READ fans NOTIFY fansChanged)
+    Q_PROPERTY(std::vector<ventaro::SensorReading> sensors READ sensors NOTIFY sensorsChanged)
+    Q_PROPERTY(std::vector<ventaro::TelemetrySample> history READ history NOTIFY historyChanged)
+    Q_PROPERTY(std::vector<ventaro::HardwareSectionData> hardwareSections READ hardwareSections
+                   NOTIFY hardwareSectionsChanged)
+    Q_PROPERTY(
+        bool isLoadingHardwareInfo READ isLoadingHardwareInfo NOTIFY isLoadingHardwareInfoChanged)
+    Q_PROPERTY(double cpuMaxTemp READ cpuMaxTemp NOTIFY cpuMaxTempChanged)
+    Q_PROPERTY(double gpuMaxTemp READ gpuMaxTemp NOTIFY gpuMaxTempChanged)
+    Q_PROPERTY(double systemPowerWatts READ systemPowerWatts NOTIFY systemPowerWattsChanged)
+    Q_PROPERTY(QString menuBarSummaryText READ menuBarSummaryText NOTIFY menuBarSummaryTextChanged)
+    Q_PROPERTY(ventaro::ControlProfile activeProfile READ activeProfile NOTIFY activeProfileChanged)
+    Q_PROPERTY(
+        double manualRPMFan0 READ manualRPMFan0 WRITE setManualRPMFan0 NOTIFY manualRPMFan0Changed)
+    Q_PROPERTY(
+        double manualRPMFan1 READ manualRPMFan1 WRITE setManualRPMFan1 NOTIFY manualRPMFan1Changed)
+    Q_PROPERTY(bool linkFansInManualMode READ linkFansInManualMode WRITE setLinkFansInManualMode
+                   NOTIFY linkFansInManualModeChanged)
+    Q_PROPERTY(ventaro::CurveSensorSource curveSensorSource READ curveSensorSource WRITE
+                   setCurveSensorSource NOTIFY curveSensorSourceChanged)
+    Q_PROPERTY(std::vector<ventaro::CurvePoint> curvePoints READ curvePoints WRITE setCurvePoints
+                   NOTIFY curvePointsChanged)
+    Q_PROPERTY(double currentCurveTargetPercent READ currentCurveTargetPercent NOTIFY
+                   currentCurveTargetPercentChanged)
+    Q_PROPERTY(bool isHelperInstalled READ isHelperInstalled NOTIFY isHelperInstalledChanged)
+    Q_PROPERTY(bool isInstallingHelper READ isInstallingHelper NOTIFY isInstallingHelperChanged)
+    Q_PROPERTY(QString statusMessage READ statusText NOTIFY statusMessageChanged)
+    Q_PROPERTY(bool hasStatusMessage READ hasStatusMessage NOTIFY statusMessageChanged)
+    Q_PROPERTY(bool isErrorStatus READ isErrorStatus NOTIFY isErrorStatusChanged)
+    Q_PROPERTY(bool competingProcessDetected READ competingProcessDetected NOTIFY
+                   competingProcessDetectedChanged)
+    Q_PROPERTY(bool resetToAutoOnQuit READ resetToAutoOnQuit WRITE setResetToAutoOnQuit NOTIFY
+                   resetToAutoOnQuitChanged)
+    Q_PROPERTY(bool launchAtLogin READ launchAtLogin NOTIFY launchAtLoginChanged)
+    Q_PROPERTY(bool startMinimized READ startMinimized NOTIFY startMinimizedChanged)
+    Q_PROPERTY(bool isSensorsTabVisible READ isSensorsTabVisible WRITE setSensorsTabVisible NOTIFY
+                   isSensorsTabVisibleChanged)
+    Q_PROPERTY(bool isOverviewTabVisible READ isOverviewTabVisible WRITE setOverviewTabVisible
+                   NOTIFY isOverviewTabVisibleChanged)
+
+public:
+    /// Loads the settings, reads the fans once and starts to watch. Sends the fans nothing. Throws
+    /// std::system_error if the process is out of descriptors.
+    explicit FanControllerViewModel(const FanControllerDependencies& dependencies,
+                                    QObject* parent = nullptr);
+    ~FanControllerViewModel() override;
+
+    const std::vector<FanReading>& fans() const { return fans_; }
+    /// Of the last full sweep.
+    const std::vector<SensorReading>& sensors() const { return sensors_; }
+    /// The last two minutes, oldest first, at most 60.
+    const std::vector<TelemetrySample>& history() const { return history_; }
+    const std::vector<HardwareSectionData>& hardwareSections() const { return hardwareSections_; }
+    bool isLoadingHardwareInfo() const { return isLoadingHardwareInfo_; }
+    double cpuMaxTemp() const { return cpuMaxTemp_; }             ///< °C
+    double gpuMaxTemp() const { return gpuMaxTemp_; }             ///< °C
+    double systemPowerWatts() const { return systemPowerWatts_; } ///< W
+    QString menuBarSummaryText() const { return QString::fromStdString(menuBarSummaryText_); }
+    ControlProfile activeProfile() const { return activeProfile_; }
+    double manualRPMFan0() const { return manualRPMFan0_; } ///< RPM
+    double manualRPMFan1() const { return manualRPMFan1_; } ///< RPM
+    bool linkFansInManualMode() const { return linkFansInManualMode_; }
+    CurveSensorSource curveSensorSource() const { return curveSensorSource_; }
+    /// As they were stored, in any order.
+    const std::vector<CurvePoint>& curvePoints() const { return curvePoints_; }
+    /// In percent, also beyond 0 to 100 where the curve goes there.
+    double currentCurveTargetPercent() const { return currentCurveTargetPercent_; }
+    bool isHelperInstalled() const { return isHelperInstalled_; }
+    bool isInstallingHelper() const { return isInstallingHelper_; }
+    /// The one line for the user, German.
+    const std::optional<std::string>& statusMessage() const { return statusMessage_; }
+    bool hasStatusMessage() const { return statusMessage_.has_value(); }
+    bool isErrorStatus() const { return isErrorStatus_; }
+    bool competingProcessDetected() const { return competingProcessDetected_; }
+    bool resetToAutoOnQuit() const { return resetToAutoOnQuit_; }
+    bool launchAtLogin() const { return launchAtLogin_; }
+    bool startMinimized() const { return startMinimized_; }
+    bool isSensorsTabVisible() const { return isSensorsTabVisible_; }
+    bool isOverviewTabVisible() const { return isOverviewTabVisible_; }
+    bool isMonitoring() const { return timer_ != nullptr; }
+    bool isPollingInFlight() const { return isPollingInFlight_; }
+    /// The targets last handed to the helper, in RPM, by fan index.
+    const std::map<int, double>& lastAppliedRPMs() const { return lastAppliedRPMs_; }
+    std::int64_t tickCount() const { return tickCount_; }
+
+    // Writing these changes the field alone: nothing is saved, nothing is sent.
+    void setManualRPMFan0(double rpm);
+    void setManualRPMFan1(double rpm);
+    void setLinkFansInManualMode(bool linked);
+    void setCurveSensorSource(CurveSensorSource source);
+    void setCurvePoints(std::vector<CurvePoint> points);
+    void setResetToAutoOnQuit(bool reset);
+    void setSensorsTabVisible(bool visible);
+    void setOverviewTabVisible(bool visible);
+
+    /// Takes the status line away.
+    Q_INVOKABLE void dismissStatusMessage();
+
+    Q_INVOKABLE void saveSettings();
+
+    /// Starts the timer, or starts it anew.
+    void startMonitoring();
+    /// Starts a readout of fans and temperatures, with the full sweep of all sensors or without it,
+    /// unless one is running.
+    Q_INVOKABLE void refreshTelemetryAsync(bool includeAllSensors);
+    /// Loads the hardware inventory unless it is there.
+    Q_INVOKABLE void ensureHardwareSpecsLoaded();
+    /// Loads the hardware inventory anew unless it is being loaded.
+    Q_INVOKABLE void refreshHardwareSpecs();
+
+    /// Makes `profile` the active one, saves the settings and has the profile's speeds set.
+    Q_INVOKABLE void selectProfile(ventaro::ControlProfile profile);
+    /// Sets both manual speeds to a share of the fans' ranges, 0 to 1, and has them set.
+    void applyPresetPercentage(double fraction);
+    /// The same, but has them set in the manual profile only.
+    Q_INVOKABLE void setManualPercentageForBoth(double fraction);
+    /// Changes to the manual profile, saves the settings and has the manual speeds set.
+    Q_INVOKABLE void applyManualSpeeds();
+
+    /// The temperature of the curve's source, °C.
+    Q_INVOKABLE double currentSourceTemperature() const;
+    /// The curve's percentage at `temperature` (°C); see the free function.
+    Q_INVOKABLE double evaluateCurvePercent(double temperature) const;
+    /// Follows the curve: has new speeds set if one has moved by 45 RPM or more, or if forced.
+    Q_INVOKABLE void applySmartCurveStep(bool force);
+
+    /// Finds out whether the helper answers and whether a competing program runs.
+    void checkHelperAndConflictsAsync();
+    /// Installs the helper unless that is under way. The administrator is asked.
+    Q_INVOKABLE void installHelper();
+    Q_INVOKABLE void uninstallHelper();
+
+    Q_INVOKABLE void setLaunchAtLogin(bool enabled);
+    Q_INVOKABLE void setStartMinimized(bool minimized);
+
+    /// Hands the fans back to the automatic control, if the user wants that at the end and a helper
+    /// answers. Blocks for two exchanges at most; failures are passed over.
+    void handleAppTermination() const;
+
+    /// The one way out: stops the timer, sends no fan request any more, waits for those that are
+    /// just on their way, and calls `handleAppTermination`. Only the first call does anything.
+    void shutdown();
+
+Q_SIGNALS:
+    void fansChanged();
+    void sensorsChanged();
+    void historyChanged();
+    void hardwareSectionsChanged();
+    void isLoadingHardwareInfoChanged();
+    void cpuMaxTempChanged();
+    void gpuMaxTempChanged();
+    void systemPowerWattsChanged();
+    void menuBarSummaryTextChanged();
+    void activeProfileChanged();
+    void manualRPMFan0Changed();
+    void manualRPMFan1Changed();
+    void linkFansInManualModeChanged();
+    void curveSensorSourceChanged();
+    void curvePointsChanged();
+    void currentCurveTargetPercentChanged();
+    void isHelperInstalledChanged();
+    void isInstallingHelperChanged();
+    void statusMessageChanged();
+    void isErrorStatusChanged();
+    void competingProcessDetectedChanged();
+    void resetToAutoOnQuitChanged();
+    void launchAtLoginChanged();
+    void startMinimizedChanged();
+    void isSensorsTabVisibleChanged();
+    void isOverviewTabVisibleChanged();
+    void timerChanged();
+    void isPollingInFlightChanged();
+    void lastAppliedRPMsChanged();
+    void tickCountChanged();
+
+private:
+    /// What one refresh has read.
+    struct Telemetry {
+        std::vector<FanReading> fans;
+        std::optional<std::vector<SensorReading>> sensors; ///< of a full sweep only
+        TelemetrySummary summary;
+        TelemetrySample sample;
+        std::string summaryText;
+    };
+    /// How a dispatch ended.
+    struct DispatchOutcome {
+        enum class Kind {
+            notReady,  ///< no helper that can be used
+            failed,    ///< a request did not get through
+            answered,  ///< every request was answered
+            withdrawn, ///< the program is on its way out
+        };
+        Kind kind;
+        std::string failure;
+        std::vector<HelperResponse> answers;
+    };
+    /// How an installation or removal ended.
+    struct InstallationOutcome {
+        std::optional<std::string> failure;
+        bool isHelperActive = false;
+    };
+
+    template<typename T>
+    void store(T& field, std::type_identity_t<T> value, void (FanControllerViewModel::*changed)()) {
+        if (field == value) {
+            return;
+        }
+        field = std::move(value);
+        (this->*changed)();
+    }
+    /// Runs `work` beside the main thread and hands its result to `publish` on it, if the
+    /// controller still exists then.
+    template<typename Work, typename Publish>
+    void runDetached(TaskPriority priority, Work work, Publish publish) {
+        TaskRunner& tasks = tasks_;
+        tasks.detach(priority, [&tasks, work, publish, life = std::weak_ptr(life_)] {
+            tasks.onMainThread([result = work(), publish, life] {
+                if (!life.expired()) {
+                    publish(result);
+                }
+            });
+        });
+    }
+
+    QString statusText() const { return QString::fromStdString(statusMessage_.value_or("")); }
+    void report(std::optional<std::string> message, bool isError);
+
+    void loadSavedSettings();
+    SavedSettings settings() const;
+    void seedManualSpeeds();
+
+    void tick();
+    static Telemetry readTelemetry(SMCService& smc, const Clock& clock, bool includeAllSensors);
+    void publish(const Telemetry& telemetry);
+
+    void setManualSpeedsToFraction(double fraction);
+    void sendManualSpeeds();
+
+    void sendTargetRPMs(double fan0, double fan1, bool silentSuccess);
+    void sendResetAllToAuto();
+    void dispatch(std::vector<HelperRequest> requests,
+                  std::function<void(const std::vector<HelperResponse>&)> publishAnswers);
+    static DispatchOutcome carryOut(const std::vector<HelperRequest>& requests,
+                                    const HelperClient& helper, DispatchGate& gate);
+    void publishTargets(double fan0, double fan1, bool silentSuccess,
+                        const std::vector<HelperResponse>& answers);
+
+    std::string loginItemText() const;
+
+    SMCService& smc_;
+    const HelperClient& helper_;
+    HardwareInspector& inspector_;
+    const MachineRoot& machineRoot_;
+    UserSession& session_;
+    TaskRunner& tasks_;
+
+    std::vector<FanReading> fans_;
+    std::vector<SensorReading> sensors_;
+    std::vector<TelemetrySample> history_;
+    std::vector<HardwareSectionData> hardwareSections_;
+    bool isLoadingHardwareInfo_ = false;
+    double cpuMaxTemp_ = 0;
+    double gpuMaxTemp_ = 0;
+    double systemPowerWatts_ = 0;
+    std::string menuBarSummaryText_ = "-- RPM · --°C";
+    ControlProfile activeProfile_ = ControlProfile::systemAuto;
+    double manualRPMFan0_ = SavedSettings{}.manualRPMFan0;
+    double manualRPMFan1_ = SavedSettings{}.manualRPMFan1;
+    bool linkFansInManualMode_ = false;
+    CurveSensorSource curveSensorSource_ = CurveSensorSource::maxCpuGpu;
+    std::vector<CurvePoint> curvePoints_ = defaultCurve();
+    double currentCurveTargetPercent_ = 0;
+    bool isHelperInstalled_ = false;
+    bool isInstallingHelper_ = false;
+    std::optional<std::string> statusMessage_;
+    bool isErrorStatus_ = false;
+    bool competingProcessDetected_ = false;
+    bool resetToAutoOnQuit_ = true;
+    bool launchAtLogin_ = false;
+    bool startMinimized_ = true;
+    bool isSensorsTabVisible_ = false;
+    bool isOverviewTabVisible_ = true;
+    std::unique_ptr<MonitoringTimer> timer_;
+    bool isPollingInFlight_ = false;
+    std::map<int, double> lastAppliedRPMs_;
+    std::int64_t tickCount_ = 0;
+
+    const std::shared_ptr<DispatchGate> gate_ = std::make_shared<DispatchGate>();
+    bool isShutDown_ = false;
+    /// Held by the controller alone: tasks see from it whether the controller still exists.
+    const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+} // namespace ventaro
