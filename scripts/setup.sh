@@ -4,7 +4,7 @@
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bin="$project/build/release/bin"
 
-build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev libpugixml-dev)
+build_packages=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libcli11-dev libpugixml-dev)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
 

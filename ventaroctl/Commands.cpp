@@ -1,7 +1,10 @@
 #include "Commands.h"
 
+#include "FanRange.h"
 #include "JsonObject.h"
 #include "NumberFormat.h"
+#include "SavedSettings.h"
+#include "TelemetrySummary.h"
 
 #include <cmath>
 
@@ -86,6 +89,41 @@ void Commands::automatic(std::optional<std::int64_t> fanIndex, bool json) {
     change({fanIndex ? HelperAction::resetFanAuto : HelperAction::resetAllAuto, fanIndex,
             std::nullopt},
            json);
+}
+
+void Commands::profile(ControlProfile profile, const DefaultsStore& store, bool json) {
+    if (profile == ControlProfile::systemAuto) {
+        automatic(std::nullopt, json);
+        return;
+    }
+    requireSmc();
+    const SavedSettings settings = loadedSettings(store);
+    const auto fans = smc_.readFans();
+    std::optional<double> fraction = presetFraction(profile);
+    if (profile == ControlProfile::smartCurve) {
+        const TelemetrySummary summary = summarize(smc_.readSensors());
+        const double celsius = temperatureOf(settings.curveSensorSource, summary.cpuTemperature,
+                                             summary.gpuTemperature);
+        constexpr double wholePercent = 100;
+        fraction = evaluateCurvePercent(settings.curvePoints, celsius) / wholePercent;
+    }
+    for (const int index : {0, 1}) {
+        const double manual = index == 0 ? settings.manualRPMFan0 : settings.manualRPMFan1;
+        if (const FanReading* fan = findFan(fans, index)) {
+            set(index, fraction ? mapToRange(*fraction, {fan->minRPM, fan->maxRPM}) : manual, json);
+        }
+    }
+}
+
+void Commands::installHelper(bool json) {
+    helper_.installPrivilegedDaemon();
+    print(usableHelper(), json);
+}
+
+void Commands::uninstallHelper(bool json) {
+    helper_.uninstallPrivilegedDaemon();
+    const std::string message = "Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.";
+    out_ << (json ? JsonObjectWriter().string("message", message).text() : message) << '\n';
 }
 
 void Commands::change(const HelperRequest& request, bool json) {

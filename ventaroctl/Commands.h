@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ControlProfile.h"
+#include "DefaultsStore.h"
 #include "HelperClient.h"
 #include "Platform.h"
 #include "SMCService.h"
@@ -19,8 +21,8 @@ public:
 };
 
 /// The commands of ventaroctl. Each prints its result to `out` and throws CommandError, SMCError,
-/// HelperClientError, EncodingError or DecodingError if the machine or the helper refuses or is not
-/// there. One thread.
+/// HelperClientError, EncodingError, DecodingError or FileError if the machine or the helper
+/// refuses or is not there. One thread.
 class Commands {
 public:
     /// All must outlive the commands.
@@ -35,6 +37,10 @@ public:
     void set(std::int64_t fanIndex, double rpm, bool json);
     /// No value: all fans.
     void automatic(std::optional<std::int64_t> fanIndex, bool json);
+    /// Applies a profile once, with the user's `settings`.
+    void profile(ControlProfile profile, const DefaultsStore& settings, bool json);
+    void installHelper(bool json);
+    void uninstallHelper(bool json);
 
     /// One look at the machine; a failure is a part of it.
     Telemetry look();

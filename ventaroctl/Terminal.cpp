@@ -5,8 +5,10 @@
 #include <sys/select.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <ctime>
 #include <system_error>
 
 namespace ventaro {
@@ -108,6 +110,15 @@ std::string rightAligned(std::string_view text, int width) {
     const int missing = width - displayWidth(text);
     return std::string(missing > 0 ? static_cast<std::size_t>(missing) : 0, ' ') +
            std::string(text);
+}
+
+std::string timeOfDay() {
+    std::array<char, 16> text{};
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    ::localtime_r(&now, &parts);
+    std::strftime(text.data(), text.size(), "%H:%M:%S", &parts);
+    return text.data();
 }
 
 LiveScreen::LiveScreen(bool takeScreen) : hasScreen_(takeScreen) {

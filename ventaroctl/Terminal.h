@@ -31,6 +31,9 @@ std::string fitted(std::string_view text, int width);
 /// `text` right-aligned in `width` columns.
 std::string rightAligned(std::string_view text, int width);
 
+/// The time on the wall, "14:02:19".
+std::string timeOfDay();
+
 /// Holds the terminal's alternate screen for a view that redraws itself, and watches for the
 /// signals that end it. One at a time; the destructor gives the screen back.
 class LiveScreen {

@@ -2,21 +2,9 @@
 
 #include "JsonObject.h"
 
-#include <array>
-#include <ctime>
-
 namespace ventaro {
 
 namespace {
-
-std::string timeOfDay() {
-    std::array<char, 16> text{};
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    ::localtime_r(&now, &parts);
-    std::strftime(text.data(), text.size(), "%H:%M:%S", &parts);
-    return text.data();
-}
 
 std::string jsonLine(const Telemetry& telemetry) {
     std::string failure = telemetry.failure;

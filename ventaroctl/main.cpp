@@ -1,5 +1,8 @@
+#include "CurveArgument.h"
 #include "FileDescriptor.h"
+#include "HeadlessControl.h"
 #include "HostPlatform.h"
+#include "HostSession.h"
 #include "Watch.h"
 
 #include <CLI/CLI.hpp>
@@ -16,6 +19,7 @@ using namespace ventaro;
 
 constexpr int exitRefused = 1;
 constexpr int exitWrongUsage = 2;
+constexpr const char* profileNames = "systemAuto, smartCurve, manual, silent, balanced or turbo";
 
 /// A number in decimal notation; CLI11's own range lets "nan" pass.
 CLI::Validator numberBetween(double least, double most) {
@@ -38,6 +42,32 @@ const CLI::Validator fourCharacters(
                    : "\"" + text + "\" has not four characters (quote a blank: \"FS! \")";
     },
     "KEY");
+
+const CLI::Validator profileName(
+    [](std::string& text) {
+        return controlProfileFromName(text) ? std::string()
+                                            : "\"" + text + "\" is no profile: " + profileNames;
+    },
+    "PROFILE");
+
+const CLI::Validator curve(
+    [](std::string& text) {
+        try {
+            parseCurve(text);
+            return std::string();
+        } catch (const std::invalid_argument& error) {
+            return std::string(error.what());
+        }
+    },
+    "CURVE");
+
+std::vector<std::string> sourceNames() {
+    std::vector<std::string> names;
+    for (const CurveSensorSource source : allCurveSensorSources) {
+        names.emplace_back(caseName(source));
+    }
+    return names;
+}
 
 /// How a second terminal reaches the same machine, where that takes more than the command's name.
 std::string secondTerminalHint(const Platform& platform) {
@@ -74,6 +104,11 @@ int run(int argc, char** argv) {
     const auto* ping = command("ping", "ask whether the helper answers");
     auto* key = command("key", "show one SMC key: type, bytes, value");
 
+    auto* profile = command("profile", "apply a profile once");
+    auto* runCommand = command("run", "control the fans until Ctrl-C, then hand them back");
+    const auto* install = command("install", "install the helper; asks for an administrator");
+    const auto* uninstall = command("uninstall", "hand the fans back and remove the helper");
+
     double interval = 1;
     int count = 0;
     watchCommand->add_option("--interval", interval, "seconds between two looks")
@@ -96,6 +131,26 @@ int run(int argc, char** argv) {
         ->required()
         ->check(fourCharacters)
         ->option_text(" ");
+    std::string chosenProfile = "smartCurve";
+    profile->add_option("NAME", chosenProfile, std::string("by its case or title: ") + profileNames)
+        ->required()
+        ->check(profileName)
+        ->option_text(" ");
+    runCommand->add_option("--profile", chosenProfile, profileNames)
+        ->check(profileName)
+        ->option_text("NAME [smartCurve]");
+    std::string chosenCurve;
+    auto* curveOption =
+        runCommand
+            ->add_option("--curve", chosenCurve,
+                         "°C and percent, such as 45:0,60:30,72:60,85:100; without it your own")
+            ->check(curve)
+            ->option_text("POINTS");
+    std::string chosenSource;
+    auto* sourceOption =
+        runCommand->add_option("--source", chosenSource, "the temperature that drives the curve")
+            ->check(CLI::IsMember(sourceNames()))
+            ->option_text("maxCpuGpu|cpuPackage|gpuDie");
 
     try {
         app.parse(argc, argv);
@@ -106,8 +161,22 @@ int run(int argc, char** argv) {
         std::cerr << "A subcommand is required.\n\n" << app.help();
         return exitWrongUsage;
     }
+    HeadlessOptions headless;
+    headless.profile = *controlProfileFromName(chosenProfile);
+    headless.json = json;
+    if (curveOption->count() > 0) {
+        headless.curve = parseCurve(chosenCurve);
+    }
+    if (sourceOption->count() > 0) {
+        headless.source = curveSensorSourceFromCaseName(chosenSource);
+    }
+    if ((headless.curve || headless.source) && headless.profile != ControlProfile::smartCurve) {
+        std::cerr << "--curve and --source belong to the profile smartCurve.\n";
+        return exitWrongUsage;
+    }
 
-    const Platform& platform = Platform::install(makeHostPlatform(false).platform);
+    Platform& platform = Platform::install(makeHostPlatform(false).platform);
+    platform.session = makeHostSession(platform);
     int exitCode = EXIT_SUCCESS;
     Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,
                       std::cout);
@@ -127,6 +196,15 @@ int run(int argc, char** argv) {
     } else if (automatic->parsed()) {
         commands.automatic(
             automaticFan->count() > 0 ? std::optional<std::int64_t>(fan) : std::nullopt, json);
+    } else if (profile->parsed()) {
+        commands.profile(headless.profile, *platform.session->defaults, json);
+    } else if (runCommand->parsed()) {
+        runHeadless(commands, SMCService::shared(), HelperClient::shared(), platform, headless,
+                    std::cout);
+    } else if (install->parsed()) {
+        commands.installHelper(json);
+    } else if (uninstall->parsed()) {
+        commands.uninstallHelper(json);
     } else if (ping->parsed()) {
         commands.ping(json);
     } else {

@@ -1,0 +1,34 @@
+#include "StopSignals.h"
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace ventaro {
+
+StopSignals::StopSignals() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        ::sigaddset(&signals, signal);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    descriptor_.reset(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (!descriptor_) {
+        throw std::system_error(errno, std::generic_category(), "signalfd");
+    }
+}
+
+bool StopSignals::take() const {
+    bool any = false;
+    signalfd_siginfo info{};
+    while (::read(descriptor_.get(), &info, sizeof info) == sizeof info) {
+        any = true;
+    }
+    return any;
+}
+
+} // namespace ventaro
