@@ -1,0 +1,277 @@
+#include "FanControllerViewModel.h"
+#include "FanRange.h"
+#include "MachineControl.h"
+#include "SimulatedMachine.h"
+#include "SimulatedPlatform.h"
+#include "SimulatedSession.h"
+#include "ThreadTaskRunner.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <cmath>
+#include <thread>
+
+namespace ventaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+class NoInspector final : public HardwareInspector {
+public:
+    std::vector<HardwareSectionData> loadAllHardwareSections() override { return {}; }
+};
+
+/// The real controller in this process, the real helper in its own, on a simulated MacBook whose
+/// clock the test steps.
+class ControlLoop {
+public:
+    explicit ControlLoop(const std::vector<std::string>& options = {}, bool helperInstalled = true)
+        : machine_(options, helperInstalled), bundle_(machine_.folder() / "it's \"a\\b\" \u00fc") {
+        fs::create_directories(bundle_);
+        fs::copy_file(bin + "VentaroHelper", bundle_ / "VentaroHelper");
+        session_.bundle.executable = bundle_ / "Ventaro";
+        controller_ = std::make_unique<FanControllerViewModel>(
+            FanControllerDependencies{smc_, client_, inspector_, root_, session_, tasks_});
+        tasks_.finishAll();
+    }
+    ~ControlLoop() {
+        controller_->shutdown();
+        tasks_.finishAll();
+    }
+
+    FanControllerViewModel& controller() { return *controller_; }
+    SimulatedMachine& machine() { return machine_; }
+    SMCService& smc() { return smc_; }
+    double key(const char* name) { return smc_.readDouble(name).value_or(-1); }
+
+    void tell(const MachineCommand& command) {
+        EXPECT_EQ(sendMachineCommand(root_, command, std::chrono::minutes(1)).exitCode, 0);
+    }
+    /// Lets two seconds pass, and all that they bring about.
+    void tick(const std::string& seconds = "2") {
+        const std::int64_t count = controller_->tickCount() + 1;
+        tell({"step", seconds});
+        EXPECT_TRUE(processUntil([&] { return controller_->tickCount() == count; }));
+        tasks_.finishAll();
+    }
+    void settle() { tasks_.finishAll(); }
+    static bool processUntil(const std::function<bool()>& condition) {
+        return waitUntil([&] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+private:
+    SimulatedMachine machine_;
+    MachineRoot root_{machine_.root()};
+    Platform platform_ = makeSimulatedPlatform(root_);
+    UserSession session_ = makeSimulatedSession(root_);
+    fs::path bundle_;
+    SMCService smc_{*platform_.ioKit};
+    HelperClient client_{root_.resolve(HelperConstants::socketPath),
+                         std::chrono::seconds(2),
+                         std::chrono::seconds(2),
+                         {root_,
+                          {bundle_ / "Ventaro", std::nullopt},
+                          session_.administratorScripts.get(),
+                          [](std::chrono::milliseconds time) {
+                              std::this_thread::sleep_for(time); // real: a process is starting
+                          }}};
+    NoInspector inspector_;
+    ThreadTaskRunner tasks_;
+    std::unique_ptr<FanControllerViewModel> controller_;
+};
+
+/// The temperatures of `ticks` ticks along the curve, with the load changing on the way.
+std::vector<double> followCurve(ControlLoop& loop, int ticks) {
+    const char* const workloads[] = {"compile", "idle", "game", "office", "burst"};
+    constexpr int ticksPerWorkload = 90;
+    FanControllerViewModel& controller = loop.controller();
+    std::vector<double> temperatures;
+    controller.selectProfile(ControlProfile::smartCurve);
+    loop.settle();
+    for (int tick = 0; tick < ticks; ++tick) {
+        if (tick % ticksPerWorkload == 0) {
+            loop.tell({"workload", workloads[(tick / ticksPerWorkload) % 5]});
+        }
+        const double percent =
+            controller.evaluateCurvePercent(controller.currentSourceTemperature());
+        loop.tick();
+        for (const int fan : {0, 1}) {
+            const double applied = controller.lastAppliedRPMs().at(fan);
+            const double wanted = mapToRange(percent / 100, rangeOf(controller.fans(), fan));
+            EXPECT_LT(std::abs(applied - wanted), 45) << "tick " << tick;
+            EXPECT_EQ(loop.key(fan == 0 ? "F0Tg" : "F1Tg"), applied) << "tick " << tick;
+        }
+        temperatures.push_back(controller.cpuMaxTemp());
+    }
+    return temperatures;
+}
+
+TEST(ControlLoopTest, FollowsTheCurveForHalfAnHour) {
+    constexpr int ticks = 900;
+    ControlLoop loop;
+    int dispatches = 0;
+    QObject::connect(&loop.controller(), &FanControllerViewModel::lastAppliedRPMsChanged,
+                     [&dispatches] { ++dispatches; });
+    const auto temperatures = followCurve(loop, ticks);
+    EXPECT_EQ(loop.key("F0Md"), 1);
+    EXPECT_GT(*std::max_element(temperatures.begin(), temperatures.end()), 75) << "it was hot";
+    EXPECT_LT(*std::max_element(temperatures.begin(), temperatures.end()), 95) << "not too hot";
+    EXPECT_LT(*std::min_element(temperatures.begin(), temperatures.end()), 55) << "it was idle";
+    EXPECT_GT(dispatches, 20);
+    EXPECT_LT(dispatches, ticks / 2 - 50) << "the hysteresis keeps the helper in peace";
+    EXPECT_EQ(loop.controller().history().size(), 60U);
+    EXPECT_FALSE(loop.controller().hasStatusMessage());
+
+    loop.controller().shutdown();
+    EXPECT_EQ(loop.key("F0Md"), 0);
+    EXPECT_EQ(loop.key("F1Md"), 0);
+}
+
+TEST(ControlLoopTest, TheSameRunGivesTheSameTemperatures) {
+    constexpr int ticks = 60;
+    ControlLoop first({"--seed", "7"});
+    ControlLoop second({"--seed", "7"});
+    EXPECT_EQ(followCurve(first, ticks), followCurve(second, ticks));
+}
+
+TEST(ControlLoopTest, ProfilesReachTheKeysOfTheSMC) {
+    ControlLoop loop;
+    struct Row {
+        ControlProfile profile;
+        double mode;
+        double left;
+        double right;
+    };
+    const Row rows[] = {
+        {ControlProfile::silent, 1, 2403, 2225}, {ControlProfile::balanced, 1, 3726, 3450},
+        {ControlProfile::turbo, 1, 5616, 5200},  {ControlProfile::manual, 1, 5616, 5200},
+        {ControlProfile::systemAuto, 0, 0, 0},
+    };
+    for (const Row& row : rows) {
+        loop.controller().selectProfile(row.profile);
+        loop.settle();
+        EXPECT_EQ(loop.key("F0Md"), row.mode);
+        EXPECT_EQ(loop.key("F1Md"), row.mode);
+        if (row.mode == 1) {
+            EXPECT_EQ(loop.key("F0Tg"), row.left);
+            EXPECT_EQ(loop.key("F1Tg"), row.right);
+            EXPECT_EQ(loop.controller().fans()[0].targetRPM, row.left) << "and come back at once";
+        }
+    }
+    EXPECT_EQ(loop.controller().statusMessage(), "Alle Lüfter auf macOS-Automatik.");
+}
+
+TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
+    ControlLoop loop;
+    FanControllerViewModel& controller = loop.controller();
+    EXPECT_TRUE(controller.isHelperInstalled());
+    const pid_t helper = loop.machine().helperProcess();
+    ::kill(helper, SIGKILL); // young, so that launchd holds the restart back
+    ASSERT_TRUE(waitUntil([&] { return loop.machine().helperProcess() == 0; }));
+    while (controller.tickCount() < 4) {
+        EXPECT_TRUE(controller.isHelperInstalled()) << "nobody has looked before tick 4";
+        loop.tick();
+    }
+    EXPECT_FALSE(controller.isHelperInstalled());
+    EXPECT_FALSE(controller.hasStatusMessage()) << "a check says nothing";
+    controller.selectProfile(ControlProfile::turbo);
+    loop.settle();
+    EXPECT_EQ(controller.statusMessage(),
+              "Bitte zuerst den Hintergrund-Helper oben per Klick installieren.");
+    EXPECT_EQ(controller.lastAppliedRPMs().at(0), 5616);
+    EXPECT_EQ(loop.key("F0Md"), 0);
+
+    loop.tick("10"); // launchd restarts it
+    ASSERT_TRUE(waitUntil([&] { return loop.machine().ctl({"ping"}).exitCode == 0; }));
+    while (controller.tickCount() < 8) {
+        EXPECT_FALSE(controller.isHelperInstalled());
+        loop.tick();
+    }
+    EXPECT_TRUE(controller.isHelperInstalled());
+    EXPECT_TRUE(controller.isErrorStatus()) << "the text stays until something replaces it";
+    EXPECT_EQ(loop.key("F0Md"), 0) << "nothing is sent again by itself";
+}
+
+TEST(ControlLoopTest, AnSMCThatGoesAndComesBackIsReadAgain) {
+    ControlLoop loop;
+    FanControllerViewModel& controller = loop.controller();
+    controller.selectProfile(ControlProfile::smartCurve);
+    loop.settle();
+    loop.tell({"fault", "service", "gone"});
+    for (int tick = 0; tick < 4; ++tick) {
+        loop.tick();
+    }
+    EXPECT_EQ(controller.cpuMaxTemp(), 0);
+    EXPECT_TRUE(controller.sensors().empty());
+    loop.tell({"clear"});
+    for (int tick = 0; tick < 3; ++tick) {
+        loop.tick();
+    }
+    EXPECT_GT(controller.cpuMaxTemp(), 20);
+    EXPECT_FALSE(controller.sensors().empty());
+}
+
+TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
+    ControlLoop loop({"--consent", "waiting"}, false);
+    FanControllerViewModel& controller = loop.controller();
+    const auto install = [&](const MachineCommand& consent) {
+        controller.installHelper();
+        EXPECT_TRUE(controller.isInstallingHelper());
+        loop.tell(consent);
+        EXPECT_TRUE(ControlLoop::processUntil([&] { return !controller.isInstallingHelper(); }));
+    };
+    const std::string binary = loop.machine().path(HelperConstants::helperBinaryInstallPath);
+    const std::string list = loop.machine().path(HelperConstants::launchDaemonPlistPath);
+
+    install({"consent", "refused", "Der Benutzer hat abgebrochen."});
+    EXPECT_EQ(controller.statusMessage(), "Der Benutzer hat abgebrochen.");
+    loop.tell({"consent", "waiting"});
+    install({"consent", "refused"});
+    EXPECT_EQ(controller.statusMessage(),
+              "Administrator-Autorisierung abgebrochen oder fehlgeschlagen.");
+    EXPECT_FALSE(fs::exists(binary));
+
+    fs::create_directories(list); // the chain stops at its fifth command
+    install({"consent", "granted"});
+    EXPECT_TRUE(controller.isErrorStatus());
+    EXPECT_THAT(*controller.statusMessage(), testing::HasSubstr("com.ventaro.helper.plist"));
+    EXPECT_TRUE(fs::exists(binary)) << "what was done before it stays";
+    fs::remove_all(list);
+
+    pid_t before = 0;
+    for (int round = 0; round < 3; ++round) {
+        install({"consent", "granted"});
+        EXPECT_EQ(controller.statusMessage(),
+                  "Hintergrund-Helper erfolgreich installiert und aktiv!");
+        EXPECT_TRUE(controller.isHelperInstalled());
+        const pid_t helper = loop.machine().helperProcess();
+        EXPECT_NE(helper, 0);
+        EXPECT_NE(helper, before) << "a new one each time";
+        before = helper;
+    }
+    EXPECT_EQ(fs::status(binary).permissions(), fs::perms(0755));
+    controller.selectProfile(ControlProfile::turbo);
+    loop.settle();
+    EXPECT_EQ(loop.key("F0Md"), 1);
+
+    for (int round = 0; round < 2; ++round) { // also when nothing is installed
+        controller.dismissStatusMessage();
+        controller.uninstallHelper();
+        EXPECT_TRUE(ControlLoop::processUntil([&] { return controller.hasStatusMessage(); }));
+        EXPECT_FALSE(controller.isErrorStatus()) << *controller.statusMessage();
+    }
+    EXPECT_EQ(controller.activeProfile(), ControlProfile::systemAuto);
+    EXPECT_EQ(loop.key("F0Md"), 0) << "the fans are free";
+    for (const std::string& path :
+         {binary, list, loop.machine().path(HelperConstants::socketPath)}) {
+        EXPECT_FALSE(fs::exists(path)) << path;
+    }
+    EXPECT_EQ(loop.machine().launchctl({"list"}).output, "");
+}
+
+} // namespace
+} // namespace ventaro
