@@ -53,7 +53,7 @@ std::optional<UUID> UUID::parse(std::string_view text) {
             return std::nullopt;
         }
         std::uint8_t& byte = uuid.bytes_[digits++ / 2];
-        byte = static_cast<std::uint8_t>(byte << 4U | *value);
+        byte = static_cast<std::uint8_t>(unsigned{byte} << 4U | *value);
     }
     return uuid;
 }

@@ -2,8 +2,10 @@
 
 #include <pugixml.hpp>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace ventaro {
 
@@ -38,6 +40,11 @@ std::vector<std::string> texts(const pugi::xml_node& value, const std::string& k
 } // namespace
 
 LaunchdJobDescription readLaunchdPropertyList(const std::filesystem::path& file) {
+    constexpr std::uintmax_t largest = 1 << 20U; // bytes
+    std::error_code error;
+    if (std::filesystem::file_size(file, error) > largest || error) { // also for a folder
+        throw std::runtime_error(file.string() + ": not a file that could be a property list");
+    }
     pugi::xml_document document;
     const pugi::xml_parse_result result = document.load_file(file.c_str());
     if (!result) {

@@ -181,7 +181,7 @@ void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper
     QObject::connect(&stop, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
 
     // A task that is still running when the process ends finds them in their place.
-    auto& tasks = *new ThreadTaskRunner;
+    static auto& tasks = *new ThreadTaskRunner;
     static NoInspector inspector;
     UserSession& session = *platform.session;
     const SavedSettings saved = loadedSettings(*session.defaults);
