@@ -1,0 +1,165 @@
+#include "CompetingPrograms.h"
+#include "FanControllerViewModel.h"
+#include "FileDescriptor.h"
+#include "InProcessIOKit.h"
+#include "ProcessTable.h"
+#include "ThreadTaskRunner.h"
+
+#include <benchmark/benchmark.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <atomic>
+#include <ctime>
+#include <optional>
+
+namespace ventaro {
+namespace {
+
+class NoInspector final : public HardwareInspector {
+public:
+    std::vector<HardwareSectionData> loadAllHardwareSections() override { return {}; }
+};
+
+class MemoryDefaults final : public DefaultsStore {
+public:
+    std::optional<DefaultsValue> object(std::string_view /*key*/) const override { return {}; }
+    void store(const std::vector<Entry>& /*entries*/) override {}
+};
+
+class EventClock final : public Clock {
+public:
+    std::chrono::system_clock::time_point now() const override {
+        return std::chrono::system_clock::now();
+    }
+    std::unique_ptr<Ticker> ticker(std::chrono::milliseconds /*interval*/) override {
+        auto ticker = std::make_unique<EventTicker>();
+        event_ = ticker->descriptor();
+        return ticker;
+    }
+    void tick() const {
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(event_, &one, sizeof one);
+    }
+
+private:
+    struct EventTicker final : Ticker {
+        int descriptor() const override { return event.get(); }
+        void acknowledge() override {
+            std::uint64_t count = 0;
+            [[maybe_unused]] const ssize_t bytes = ::read(event.get(), &count, sizeof count);
+        }
+        const FileDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    };
+    int event_ = -1;
+};
+
+/// A controller on a machine in this process, without a helper.
+struct Bench {
+    Bench() {
+        session.clock = std::make_unique<EventClock>();
+        session.defaults = std::make_unique<MemoryDefaults>();
+        session.runningApplications = std::make_unique<ProcessTable>();
+        controller.emplace(
+            FanControllerDependencies{service, client, inspector, root, session, tasks});
+        tasks.finishAll();
+        ioKit.onExchange = [this](const SMCKeyData_t&) { ++exchanges; };
+    }
+    /// One tick with all that follows it: what it costs the main thread, in seconds.
+    double tick() {
+        bool published = false;
+        const auto connection =
+            QObject::connect(&*controller, &FanControllerViewModel::historyChanged,
+                             [&published] { published = true; });
+        static_cast<EventClock&>(*session.clock).tick();
+        const double before = mainThreadTime();
+        while (!published) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        const double cost = mainThreadTime() - before;
+        QObject::disconnect(connection);
+        tasks.finishAll();
+        return cost;
+    }
+    static double mainThreadTime() {
+        timespec time{};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    }
+
+    SimulatedSmc smc{{}};
+    InProcessIOKit ioKit{smc, false};
+    SMCService service{ioKit};
+    HelperClient client{"/nowhere/helper.sock"};
+    NoInspector inspector;
+    MachineRoot root;
+    UserSession session;
+    ThreadTaskRunner tasks;
+    std::atomic<int> exchanges = 0;
+    std::optional<FanControllerViewModel> controller;
+};
+
+void BM_FastTickNothingChanged(benchmark::State& state) {
+    Bench bench;
+    int signalled = 0;
+    QObject::connect(&*bench.controller, &FanControllerViewModel::fansChanged,
+                     [&signalled] { ++signalled; });
+    QObject::connect(&*bench.controller, &FanControllerViewModel::sensorsChanged,
+                     [&signalled] { ++signalled; });
+    int exchanges = 0;
+    for (auto _ : state) {
+        while ((bench.controller->tickCount() + 1) % 3 == 1) {
+            bench.tick(); // the full sweep is not meant
+        }
+        bench.exchanges = 0;
+        state.SetIterationTime(bench.tick());
+        exchanges = bench.exchanges;
+    }
+    state.counters["exchanges"] = exchanges;
+    state.counters["fan and sensor signals"] = signalled;
+}
+BENCHMARK(BM_FastTickNothingChanged)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void BM_TickAllSensorsChanged(benchmark::State& state) {
+    Bench bench;
+    bench.controller->setSensorsTabVisible(true);
+    int signalled = 0;
+    QObject::connect(&*bench.controller, &FanControllerViewModel::sensorsChanged,
+                     [&signalled] { ++signalled; });
+    for (auto _ : state) {
+        bench.smc.advanceTo(bench.smc.now() + std::chrono::seconds(2));
+        state.SetIterationTime(bench.tick());
+    }
+    state.counters["sensor signals"] =
+        benchmark::Counter(signalled, benchmark::Counter::kAvgIterations);
+}
+BENCHMARK(BM_TickAllSensorsChanged)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void BM_ProcessTableRefresh(benchmark::State& state) {
+    ProcessTable table;
+    table.refresh();
+    for (auto _ : state) {
+        table.refresh();
+    }
+    state.counters["applications"] = static_cast<double>(table.current()->size());
+}
+BENCHMARK(BM_ProcessTableRefresh)->Unit(benchmark::kMillisecond);
+
+void BM_ConflictScan(benchmark::State& state) {
+    const RunningApplications::List list(500, {"a program of usual length", "org.example.Program"});
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(std::any_of(list.begin(), list.end(), isCompetingFanControl));
+    }
+}
+BENCHMARK(BM_ConflictScan)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+} // namespace ventaro
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
