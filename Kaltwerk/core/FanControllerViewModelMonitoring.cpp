@@ -24,14 +24,11 @@ bool differsVisibly(double shown, double fresh) {
 void FanControllerViewModel::startMonitoring() {
     // The fire itself only puts the tick behind what the main thread has to do already.
     timer_ = std::make_unique<MonitoringTimer>(*session_.clock, timerInterval, [this] {
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (timer_) {
-                    tick();
-                }
-            },
-            Qt::QueuedConnection);
+        tasks_.onMainThread([this, life = std::weak_ptr(life_)] {
+            if (!life.expired() && timer_) {
+                tick();
+            }
+        });
     });
     Q_EMIT timerChanged();
 }

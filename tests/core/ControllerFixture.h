@@ -226,9 +226,8 @@ protected:
     /// A tick as the timer makes it, without what it starts in the background.
     void tick() {
         clock().tick();
-        // Once for the timer, once for what it puts behind.
         QCoreApplication::processEvents();
-        QCoreApplication::processEvents();
+        tasks_.deliver(); // what the timer has put behind
     }
     /// Has the SMC say `value` for `key`, in the key's own type.
     void setKey(const std::string& key, double value) {

@@ -451,7 +451,7 @@ TEST_F(FanControllerTest, TheCurveFollowsItsSourceAndKnowsTheRangesOfFansThatCan
 TEST_F(FanControllerTest, ADispatchReportsItsOutcome) {
     using Helper = RecordingHelper;
     const std::string notReady = "Bitte zuerst den Hintergrund-Helper oben per Klick installieren.";
-    const auto only = [](HelperAction action, std::int64_t fan, std::string text) {
+    const auto only = [](HelperAction action, std::int64_t fan, const std::string& text) {
         return [=](const HelperRequest& request) {
             return request.action == action && request.fanIndex.value_or(fan) == fan
                        ? text
