@@ -58,12 +58,13 @@ FileError::FileError(const std::filesystem::path& path, int errorNumber)
 
 void writeFileAtomically(const std::filesystem::path& path, std::string_view text, mode_t mode) {
     std::string temporary = path.string() + ".XXXXXX";
-    const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!file) {
         throw FileError(path, errno);
     }
+    // Some file systems tell only at the end that there is no room.
     if (!writeAll(file.get(), text) || ::fchmod(file.get(), mode) != 0 ||
-        ::rename(temporary.c_str(), path.c_str()) != 0) {
+        ::close(file.release()) != 0 || ::rename(temporary.c_str(), path.c_str()) != 0) {
         const int error = errno;
         ::unlink(temporary.c_str());
         throw FileError(path, error);

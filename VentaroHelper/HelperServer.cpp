@@ -26,10 +26,11 @@ constexpr mode_t socketMode = 0666; // peer credentials decide, not the file's m
 
 /// Holds a lock on a file beside the socket for the whole life of an instance, so that of two that
 /// start at the same time only one replaces the socket file.
-FileDescriptor lockInstance(std::filesystem::path socketPath, std::chrono::milliseconds patience) {
+FileDescriptor lockInstance(const HelperServerOptions& options) {
     constexpr std::chrono::milliseconds pause(10);
-    const auto end = std::chrono::steady_clock::now() + patience;
-    const std::filesystem::path path = socketPath.replace_extension(".lock");
+    const auto end = std::chrono::steady_clock::now() + options.takeOverPatience;
+    const std::filesystem::path path =
+        std::filesystem::path(options.socketPath).replace_extension(".lock");
     FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!lock) {
         throw std::system_error(errno, std::generic_category(), path.string());
@@ -38,7 +39,7 @@ FileDescriptor lockInstance(std::filesystem::path socketPath, std::chrono::milli
         if (errno != EWOULDBLOCK) {
             throw std::system_error(errno, std::generic_category(), path.string());
         }
-        if (std::chrono::steady_clock::now() >= end) {
+        if (std::chrono::steady_clock::now() >= end || options.isStopRequested()) {
             throw std::runtime_error("another instance of the helper is running (it holds " +
                                      path.string() + ")");
         }
@@ -72,7 +73,7 @@ HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerChe
       handler_(std::move(handler)),
       mayConnect_(std::move(mayConnect)),
       log_(log),
-      instanceLock_(lockInstance(options_.socketPath, options_.takeOverPatience)),
+      instanceLock_(lockInstance(options_)),
       listener_(replaceStaleSocket(options_.socketPath)),
       turnBegan_(Clock::now()),
       busySince_(turnBegan_) {}

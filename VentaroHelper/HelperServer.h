@@ -32,6 +32,8 @@ struct HelperServerOptions {
     std::size_t maximumConnections = 32;
     /// How long a new instance waits for the one before it, which may still be on its way out.
     std::chrono::milliseconds takeOverPatience{3000};
+    /// Asked again and again while it waits for that.
+    std::function<bool()> isStopRequested = [] { return false; };
 };
 
 /// Serves the helper's socket: one request and one response per connection. One thread around

@@ -84,7 +84,8 @@ int serve(const HelperLog& log) {
     SMCService smc(ioKit);
     RequestHandler handler(smc, log);
     HelperServer server(
-        {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath)},
+        {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath),
+         .isStopRequested = [] { return stopRequested != 0; }},
         [&](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
             ioKit.restart(waitingSince + requestBudget);
             return handler.handle(request);

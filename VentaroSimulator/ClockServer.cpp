@@ -40,12 +40,13 @@ void ClockServer::receive(int descriptor) {
     if (received < 0 && (errno == EAGAIN || errno == EINTR)) {
         return;
     }
-    if (received != sizeof interval || interval == 0) {
+    const auto listener = listeners_.at(descriptor);
+    const bool isFirst = listener->interval.count() == 0;
+    if (received != sizeof interval || interval == 0 || !isFirst) {
         loop_.unwatch(descriptor);
         listeners_.erase(descriptor);
         return;
     }
-    const auto listener = listeners_.at(descriptor);
     listener->interval = std::chrono::milliseconds(interval);
     listener->next = clock_.now() + listener->interval;
     await(listener);

@@ -26,6 +26,10 @@ constexpr const char* runFolder = "/var/run/ventaro-simulator";
 fs::path makeRoot(const std::optional<fs::path>& named) {
     if (named) {
         const fs::path folder = fs::absolute(*named).lexically_normal();
+        if (folder == "/" || folder.string().find(':') != std::string::npos) {
+            // The one would be the host itself, the other cannot stand in a search path.
+            throw std::runtime_error("\"" + folder.string() + "\" cannot be a machine's root");
+        }
         fs::create_directories(folder);
         struct stat status {};
         if (::stat(folder.c_str(), &status) != 0 || status.st_uid != ::geteuid()) {
@@ -85,6 +89,9 @@ void MachineFolder::makeTree() const {
     fs::create_directories(home());
     for (const char* command : {"/usr/bin/launchctl", "/usr/bin/chown"}) {
         const fs::path link = root_.resolve(command);
+        if (fs::exists(fs::symlink_status(link)) && !fs::is_symlink(link)) {
+            throw std::runtime_error(link.string() + " is there already and no stand-in of ours");
+        }
         fs::remove(link);
         fs::create_symlink(fs::read_symlink("/proc/self/exe"), link);
     }

@@ -396,6 +396,19 @@ bool isMachineRoot(const char* command) {
     return isRoot;
 }
 
+/// Becomes the program; returns only if that is not possible.
+int runHostProgram(const char* path, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), path);
+    std::vector<char*> words;
+    for (std::string& argument : arguments) {
+        words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    ::execv(path, words.data());
+    std::perror(path);
+    return EXIT_FAILURE;
+}
+
 int printResult(const MachineCommandResult& result) {
     std::fputs(result.text.c_str(), result.exitCode == EXIT_SUCCESS ? stdout : stderr);
     return result.exitCode;
@@ -439,11 +452,10 @@ int launchctl(const std::vector<std::string>& arguments) {
 }
 
 int chown(const std::vector<std::string>& arguments) {
-    if (!isMachineRoot("chown")) {
-        return EXIT_FAILURE;
+    if (arguments.empty() || arguments.front() != "root:wheel") {
+        return runHostProgram("/bin/chown", arguments);
     }
-    if (arguments.size() < 2 || arguments.front() != "root:wheel") {
-        std::fputs("chown: only root:wheel FILE... is known on this machine\n", stderr);
+    if (!isMachineRoot("chown")) {
         return EXIT_FAILURE;
     }
     for (auto file = arguments.begin() + 1; file != arguments.end(); ++file) {

@@ -39,8 +39,8 @@ int controlMachine(const std::vector<std::string>& command);
 /// The machine's launchctl: bootstrap, bootout, load, unload and list, for the machine's root.
 int launchctl(const std::vector<std::string>& arguments);
 
-/// The machine's chown, for the machine's root: checks its arguments and changes nothing, for the
-/// files of a simulated machine belong to whoever runs it.
+/// The machine's chown. Giving files to "root:wheel", which only the machine's root may do, changes
+/// nothing, for the files of a simulated machine belong to whoever runs it; all else is the host's.
 int chown(const std::vector<std::string>& arguments);
 
 extern const char* const controlHelp;

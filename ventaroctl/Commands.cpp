@@ -99,11 +99,17 @@ void Commands::profile(ControlProfile profile, const DefaultsStore& store, bool 
     requireSmc();
     const SavedSettings settings = loadedSettings(store);
     const auto fans = smc_.readFans();
+    if (fans.empty()) {
+        throw CommandError("this machine has no fans");
+    }
     std::optional<double> fraction = presetFraction(profile);
     if (profile == ControlProfile::smartCurve) {
         const TelemetrySummary summary = summarize(smc_.readSensors());
         const double celsius = temperatureOf(settings.curveSensorSource, summary.cpuTemperature,
                                              summary.gpuTemperature);
+        if (!(celsius > 0)) { // 0 stands for a sensor that does not answer
+            throw CommandError("the curve's temperature cannot be read");
+        }
         constexpr double wholePercent = 100;
         fraction = evaluateCurvePercent(settings.curvePoints, celsius) / wholePercent;
     }
@@ -117,13 +123,12 @@ void Commands::profile(ControlProfile profile, const DefaultsStore& store, bool 
 
 void Commands::installHelper(bool json) {
     helper_.installPrivilegedDaemon();
-    print(usableHelper(), json);
+    print({true, HelperClient::installedMessage, HelperConstants::protocolVersion}, json);
 }
 
 void Commands::uninstallHelper(bool json) {
     helper_.uninstallPrivilegedDaemon();
-    const std::string message = "Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.";
-    out_ << (json ? JsonObjectWriter().string("message", message).text() : message) << '\n';
+    print({true, HelperClient::uninstalledMessage, HelperConstants::protocolVersion}, json);
 }
 
 void Commands::change(const HelperRequest& request, bool json) {

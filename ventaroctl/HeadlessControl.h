@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <optional>
-#include <ostream>
 #include <vector>
 
 namespace ventaro {
@@ -21,11 +20,11 @@ struct HeadlessOptions {
     std::chrono::milliseconds patience{10000};
 };
 
-/// Runs a profile without a window until a signal ends the program, prints a line per change, and
-/// hands the fans back to the automatic control. Changes none of the user's settings. Throws
-/// CommandError if the fans could not be handed back, and what `Commands` throws if the machine
-/// cannot be used at all. Once per process.
+/// Runs a profile without a window until a signal ends the program or nobody reads its lines any
+/// more, prints a line per change, and hands the fans back to the automatic control. Changes none
+/// of the user's settings. Throws CommandError if the fans could not be handed back, and what
+/// `Commands` throws if the machine cannot be used at all. Once per process.
 void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper,
-                 Platform& platform, const HeadlessOptions& options, std::ostream& out);
+                 Platform& platform, const HeadlessOptions& options);
 
 } // namespace ventaro

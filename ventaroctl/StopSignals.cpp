@@ -13,7 +13,11 @@ StopSignals::StopSignals() {
     sigset_t signals;
     ::sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        ::sigaddset(&signals, signal);
+        struct sigaction present {};
+        ::sigaction(signal, nullptr, &present);
+        if (present.sa_handler != SIG_IGN) {
+            ::sigaddset(&signals, signal);
+        }
     }
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     descriptor_.reset(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
@@ -22,13 +26,13 @@ StopSignals::StopSignals() {
     }
 }
 
-bool StopSignals::take() const {
-    bool any = false;
+bool StopSignals::takeInterrupt() const {
+    bool isInterrupt = false;
     signalfd_siginfo info{};
     while (::read(descriptor_.get(), &info, sizeof info) == sizeof info) {
-        any = true;
+        isInterrupt = isInterrupt || info.ssi_signo == SIGINT;
     }
-    return any;
+    return isInterrupt;
 }
 
 } // namespace ventaro

@@ -4,7 +4,8 @@
 
 namespace ventaro {
 
-/// Takes the signals that end a program (SIGINT, SIGTERM, SIGHUP, SIGQUIT) as something to be read.
+/// Takes the signals that end a program (SIGINT, SIGTERM, SIGHUP, SIGQUIT) as something to be read,
+/// but for those that whoever started it has it ignore.
 /// To be made before any thread is started; the process keeps them blocked.
 class StopSignals {
 public:
@@ -12,8 +13,8 @@ public:
     StopSignals();
     /// Can be read once a signal has come.
     int descriptor() const { return descriptor_.get(); }
-    /// Whether a signal has come since the last call.
-    bool take() const;
+    /// Reads what has come; whether Ctrl-C was among it.
+    bool takeInterrupt() const;
 
 private:
     FileDescriptor descriptor_;

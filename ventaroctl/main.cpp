@@ -176,7 +176,9 @@ int run(int argc, char** argv) {
     }
 
     Platform& platform = Platform::install(makeHostPlatform(false).platform);
-    platform.session = makeHostSession(platform);
+    if (profile->parsed() || runCommand->parsed() || install->parsed() || uninstall->parsed()) {
+        platform.session = makeHostSession(platform);
+    }
     int exitCode = EXIT_SUCCESS;
     Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,
                       std::cout);
@@ -199,11 +201,12 @@ int run(int argc, char** argv) {
     } else if (profile->parsed()) {
         commands.profile(headless.profile, *platform.session->defaults, json);
     } else if (runCommand->parsed()) {
-        runHeadless(commands, SMCService::shared(), HelperClient::shared(), platform, headless,
-                    std::cout);
+        runHeadless(commands, SMCService::shared(), HelperClient::shared(), platform, headless);
     } else if (install->parsed()) {
+        std::cerr << "Waiting for an administrator's consent.\n";
         commands.installHelper(json);
     } else if (uninstall->parsed()) {
+        std::cerr << "Waiting for an administrator's consent.\n";
         commands.uninstallHelper(json);
     } else if (ping->parsed()) {
         commands.ping(json);

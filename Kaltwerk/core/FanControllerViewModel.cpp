@@ -56,9 +56,9 @@ void FanControllerViewModel::shutdown() {
         return;
     }
     timer_.reset();
-    Q_EMIT timerChanged();
     gate_->close();
     handleAppTermination();
+    Q_EMIT timerChanged();
 }
 
 } // namespace ventaro

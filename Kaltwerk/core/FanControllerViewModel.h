@@ -16,11 +16,11 @@
 #include <QObject>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -141,7 +141,7 @@ public:
 
     Q_INVOKABLE void saveSettings();
 
-    /// Starts the timer, or starts it anew.
+    /// Starts the timer, or starts it anew, but not after the shutdown.
     void startMonitoring();
     /// Starts a readout of fans and temperatures, with the full sweep of all sensors or without it,
     /// unless one is running.
@@ -243,26 +243,26 @@ private:
         bool isHelperActive = false;
     };
 
-    template<typename T>
-    void store(T& field, std::type_identity_t<T> value, void (FanControllerViewModel::*changed)()) {
+    template<typename T, typename U = T>
+    void store(T& field, U&& value, void (FanControllerViewModel::*changed)()) {
         if (field == value) {
             return;
         }
-        field = std::move(value);
+        field = std::forward<U>(value);
         (this->*changed)();
     }
     /// Runs `work` beside the main thread and hands its result to `publish` on it, if the
     /// controller still exists then.
     template<typename Work, typename Publish>
     void runDetached(TaskPriority priority, Work work, Publish publish) {
-        TaskRunner& tasks = tasks_;
-        tasks.detach(priority, [&tasks, work, publish, life = std::weak_ptr(life_)] {
-            tasks.onMainThread([result = work(), publish, life] {
-                if (!life.expired()) {
-                    publish(result);
-                }
-            });
-        });
+        tasks_.detach(priority,
+                      [work, publish, life = std::weak_ptr(life_)]() -> TaskRunner::Action {
+                          return [result = work(), publish, life] {
+                              if (!life.expired()) {
+                                  publish(result);
+                              }
+                          };
+                      });
     }
 
     QString statusText() const { return QString::fromStdString(statusMessage_.value_or("")); }
@@ -307,8 +307,8 @@ private:
     double systemPowerWatts_ = 0;
     std::string menuBarSummaryText_ = "-- RPM · --°C";
     ControlProfile activeProfile_ = ControlProfile::systemAuto;
-    double manualRPMFan0_ = SavedSettings{}.manualRPMFan0;
-    double manualRPMFan1_ = SavedSettings{}.manualRPMFan1;
+    double manualRPMFan0_ = initialManualRPMFan0;
+    double manualRPMFan1_ = initialManualRPMFan1;
     bool linkFansInManualMode_ = false;
     CurveSensorSource curveSensorSource_ = CurveSensorSource::maxCpuGpu;
     std::vector<CurvePoint> curvePoints_ = defaultCurve();

@@ -45,9 +45,8 @@ void FanControllerViewModel::installHelper() {
         [this](const InstallationOutcome& outcome) {
             store(isInstallingHelper_, false, &Self::isInstallingHelperChanged);
             store(isHelperInstalled_, outcome.isHelperActive, &Self::isHelperInstalledChanged);
-            report(
-                outcome.failure.value_or("Hintergrund-Helper erfolgreich installiert und aktiv!"),
-                outcome.failure.has_value());
+            report(outcome.failure.value_or(HelperClient::installedMessage),
+                   outcome.failure.has_value());
         });
 }
 
@@ -71,7 +70,7 @@ void FanControllerViewModel::uninstallHelper() {
             }
             store(isHelperInstalled_, false, &Self::isHelperInstalledChanged);
             store(activeProfile_, ControlProfile::systemAuto, &Self::activeProfileChanged);
-            report("Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.", false);
+            report(HelperClient::uninstalledMessage, false);
         });
 }
 

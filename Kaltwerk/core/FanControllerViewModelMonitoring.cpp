@@ -22,6 +22,9 @@ bool differsVisibly(double shown, double fresh) {
 } // namespace
 
 void FanControllerViewModel::startMonitoring() {
+    if (isShutDown_) {
+        return;
+    }
     // The fire itself only puts the tick behind what the main thread has to do already.
     timer_ = std::make_unique<MonitoringTimer>(*session_.clock, timerInterval, [this] {
         tasks_.onMainThread([this, life = std::weak_ptr(life_)] {

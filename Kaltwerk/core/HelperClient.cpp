@@ -6,13 +6,12 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
-#include <thread>
 
 namespace ventaro {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 std::string describe(HelperClientError::Code code) {
     switch (code) {
@@ -41,7 +40,7 @@ std::string describe(HelperClientError::Code code) {
 /// set, the kernel does not go on by itself.
 template<typename Call>
 auto continueAfterSignals(int socket, int option, std::chrono::milliseconds timeout, Call call) {
-    const auto deadline = Clock::now() + timeout;
+    const auto deadline = SteadyClock::now() + timeout;
     for (bool interrupted = false;; interrupted = true) {
         const auto result = call();
         if (result >= 0 || errno != EINTR) {
@@ -50,7 +49,8 @@ auto continueAfterSignals(int socket, int option, std::chrono::milliseconds time
             }
             return result;
         }
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now());
         if (left <= std::chrono::milliseconds::zero()) {
             errno = EAGAIN;
             return result;
@@ -66,13 +66,15 @@ HelperClientError::HelperClientError(Code code) : code_(code), description_(desc
 HelperClient& HelperClient::shared() {
     static auto* client = [] {
         const Platform& platform = Platform::current();
-        const auto pause = [](std::chrono::milliseconds time) {
-            std::this_thread::sleep_for(time);
-        };
+        HelperInstallation installation;
+        installation.machineRoot = platform.machineRoot;
+        if (platform.session) {
+            installation.bundle = platform.session->bundle;
+            installation.administratorScripts = platform.session->administratorScripts.get();
+        }
         return new HelperClient(platform.machineRoot.resolve(HelperConstants::socketPath),
                                 std::chrono::seconds(2), std::chrono::seconds(2),
-                                {platform.machineRoot, platform.session->bundle,
-                                 platform.session->administratorScripts.get(), pause});
+                                std::move(installation));
     }();
     return *client;
 }

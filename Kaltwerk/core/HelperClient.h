@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace ventaro {
 
@@ -48,15 +49,24 @@ private:
 struct HelperInstallation {
     MachineRoot machineRoot;
     Bundle bundle;
-    AdministratorScripts* administratorScripts = nullptr; ///< must outlive the client
-    /// Blocks the calling thread; between two questions whether the new helper answers.
-    std::function<void(std::chrono::milliseconds)> pause;
+    /// Must outlive the client; null where there are none.
+    AdministratorScripts* administratorScripts = nullptr;
+    /// Blocks the calling thread, between two questions whether the new helper answers.
+    std::function<void(std::chrono::milliseconds)> pause = [](std::chrono::milliseconds time) {
+        std::this_thread::sleep_for(time);
+    };
 };
 
 /// The application's side of the helper channel. Without mutable state: any thread may call any
 /// operation, each exchange has its own connection.
 class HelperClient {
 public:
+    /// What the user reads after an installation and after a removal, German.
+    static constexpr const char* installedMessage =
+        "Hintergrund-Helper erfolgreich installiert und aktiv!";
+    static constexpr const char* uninstalledMessage =
+        "Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.";
+
     /// The process-wide instance, on the installed platform. Lives to the end of the process.
     static HelperClient& shared();
 
@@ -75,8 +85,9 @@ public:
     bool isDaemonActive() const;
 
     /// Installs the helper from the bundle, or installs it anew, with the administrator's consent,
-    /// and returns once it answers. Blocks as long as the dialog is open and two seconds beyond.
-    /// Throws HelperClientError and FileError.
+    /// and returns once it answers. Blocks as long as the dialog is open and, if the helper does
+    /// not answer, for twenty-one exchanges with a tenth of a second between them. Throws
+    /// HelperClientError and FileError.
     void installPrivilegedDaemon() const;
     /// Hands the fans back to the automatic control and removes the helper with everything that
     /// belongs to it, with the administrator's consent. Blocks. Throws HelperClientError.

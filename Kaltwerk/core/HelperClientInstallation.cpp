@@ -58,6 +58,9 @@ std::optional<std::filesystem::path> HelperClient::bundledHelperURL() const {
 }
 
 void HelperClient::requireAdministratorScripts() const {
+    if (installation_.administratorScripts == nullptr) {
+        throw HelperClientError(HelperClientError::Code::scriptNotBuilt);
+    }
     if (const auto reason = installation_.administratorScripts->unavailableBecause()) {
         throw HelperClientError(HelperClientError::Code::scriptFailed, *reason);
     }

@@ -8,10 +8,13 @@
 
 namespace ventaro {
 
+constexpr double initialManualRPMFan0 = 2200; // RPM
+constexpr double initialManualRPMFan1 = 2100; // RPM
+
 /// What is kept from one start to the next, with the values of a first start.
 struct SavedSettings {
-    double manualRPMFan0 = 2200; ///< RPM
-    double manualRPMFan1 = 2100; ///< RPM
+    double manualRPMFan0 = initialManualRPMFan0; ///< RPM
+    double manualRPMFan1 = initialManualRPMFan1; ///< RPM
     bool linkFans = false;
     bool resetOnQuit = true;
     bool startMinimized = true;

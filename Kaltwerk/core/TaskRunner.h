@@ -11,11 +11,16 @@ enum class TaskPriority { background, utility, standard, userInitiated };
 class TaskRunner {
 public:
     virtual ~TaskRunner() = default;
-    /// Runs `work` on a thread of its own and returns at once. Nothing waits for it, not even the
-    /// end of the process. `work` must not throw. Any thread.
-    virtual void detach(TaskPriority priority, std::function<void()> work) = 0;
+    /// What a task leaves to be done on the main thread.
+    using Action = std::function<void()>;
+    using Work = std::function<Action()>;
+
+    /// Runs `work` on a thread of its own, and then on the main thread what it returns; returns at
+    /// once. Nothing waits for it, not even the end of the process. `work` must not throw. Any
+    /// thread.
+    virtual void detach(TaskPriority priority, Work work) = 0;
     /// Runs `action` on the main thread later, in the order of the calls. Any thread.
-    virtual void onMainThread(std::function<void()> action) = 0;
+    virtual void onMainThread(Action action) = 0;
 };
 
 } // namespace ventaro

@@ -51,7 +51,7 @@ public:
 
     int wakeUpDescriptor() const { return wakeUp_.get(); }
 
-    void add(std::size_t index, std::function<void()> work) {
+    void add(std::size_t index, Work work) {
         const std::lock_guard guard(lock_);
         queues_[index].work.push_back(std::move(work));
         ++unfinished_;
@@ -61,26 +61,26 @@ public:
         }
     }
 
-    void addAction(std::function<void()> action) {
+    void addAction(Action action) {
         const std::lock_guard guard(lock_);
+        if (hasEnded_) {
+            return;
+        }
         actions_.push_back(std::move(action));
         const std::uint64_t one = 1;
         [[maybe_unused]] const ssize_t written = ::write(wakeUp_.get(), &one, sizeof one);
     }
 
-    /// False if there was none.
+    /// False if there was none. An action may run an event loop, in which the next ones follow.
     bool carryOutActions() {
-        std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t bytes = ::read(wakeUp_.get(), &count, sizeof count);
-        std::deque<std::function<void()>> actions;
-        {
-            const std::lock_guard guard(lock_);
-            actions.swap(actions_);
-        }
-        for (const auto& action : actions) {
+        std::uint64_t wakeUps = 0;
+        [[maybe_unused]] const ssize_t bytes = ::read(wakeUp_.get(), &wakeUps, sizeof wakeUps);
+        bool any = false;
+        while (Action action = takeAction()) {
+            any = true;
             action();
         }
-        return !actions.empty();
+        return any;
     }
 
     void waitUntilFinished() {
@@ -99,14 +99,27 @@ public:
 
 private:
     struct Queue {
-        std::deque<std::function<void()>> work;
+        std::deque<Work> work;
         std::condition_variable changed;
         std::size_t idleThreads = 0; ///< those that have just been started among them
     };
 
+    Action takeAction() {
+        const std::lock_guard guard(lock_);
+        if (actions_.empty()) {
+            return nullptr;
+        }
+        Action action = std::move(actions_.front());
+        actions_.pop_front();
+        return action;
+    }
+
     /// Sees to it that the queue has a thread for each piece of its work.
     void staff(std::size_t index) {
         Queue& queue = queues_[index];
+        if (queue.work.empty()) {
+            return;
+        }
         if (queue.work.size() <= queue.idleThreads) {
             queue.changed.notify_one();
             return;
@@ -129,10 +142,10 @@ private:
             if (queue.work.empty()) {
                 return;
             }
-            std::function<void()> work = std::move(queue.work.front());
+            Work work = std::move(queue.work.front());
             queue.work.pop_front();
             guard.unlock();
-            work();
+            addAction(work());
             work = nullptr; // what it holds is freed outside the lock
             guard.lock();
             if (--unfinished_ == 0) {
@@ -144,7 +157,7 @@ private:
     const FileDescriptor wakeUp_;
     std::mutex lock_; ///< guards the fields below
     std::array<Queue, queueCount> queues_;
-    std::deque<std::function<void()>> actions_;
+    std::deque<Action> actions_;
     std::condition_variable finished_;
     std::size_t unfinished_ = 0;
     bool hasEnded_ = false;
@@ -164,13 +177,11 @@ ThreadTaskRunner::~ThreadTaskRunner() {
     state_->end();
 }
 
-void ThreadTaskRunner::detach(TaskPriority priority, std::function<void()> work) {
+void ThreadTaskRunner::detach(TaskPriority priority, Work work) {
     state_->add(queueOf(priority), std::move(work));
 }
 
-void ThreadTaskRunner::onMainThread(std::function<void()> action) {
-    state_->addAction(std::move(action));
-}
+void ThreadTaskRunner::onMainThread(Action action) { state_->addAction(std::move(action)); }
 
 void ThreadTaskRunner::finishAll() {
     do {

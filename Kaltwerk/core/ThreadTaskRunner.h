@@ -19,8 +19,8 @@ public:
     ThreadTaskRunner(const ThreadTaskRunner&) = delete;
     ThreadTaskRunner& operator=(const ThreadTaskRunner&) = delete;
 
-    void detach(TaskPriority priority, std::function<void()> work) override;
-    void onMainThread(std::function<void()> action) override;
+    void detach(TaskPriority priority, Work work) override;
+    void onMainThread(Action action) override;
 
     /// Waits until no task runs and carries out what they left for the main thread, until nothing
     /// is left. Main thread only.

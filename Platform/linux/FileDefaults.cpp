@@ -1,11 +1,14 @@
 #include "FileDefaults.h"
 
 #include "AtomicFile.h"
+#include "FileDescriptor.h"
 
+#include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
 
-#include <fstream>
-#include <iterator>
+#include <cerrno>
 
 namespace ventaro {
 
@@ -14,14 +17,14 @@ namespace {
 using nlohmann::json;
 namespace fs = std::filesystem;
 
-/// Takes one flat map. Anything nested ends the parsing, so that no depth is ever reached; a value
-/// of a type that the store does not know is left out.
+/// Takes one flat map. A value of a type that the store does not know is left out; one that is
+/// nested deeper than any that is meant ends the parsing, which goes down on the stack.
 class FlatMapCollector final : public nlohmann::json_sax<json> {
 public:
     explicit FlatMapCollector(std::map<std::string, DefaultsValue, std::less<>>& values)
         : values_(values) {}
 
-    bool null() override { return isInMap_; }
+    bool null() override { return depth_ > 0; }
     bool boolean(bool value) override { return keep(value); }
     bool number_integer(number_integer_t value) override {
         return keep(static_cast<double>(value));
@@ -34,16 +37,14 @@ public:
     }
     bool string(string_t& value) override { return keep(std::move(value)); }
     bool binary(binary_t& value) override { return keep(DefaultsData(value.begin(), value.end())); }
-    bool start_object(std::size_t /*size*/) override {
-        const bool isOutermost = !isInMap_;
-        isInMap_ = true;
-        return isOutermost;
-    }
-    bool end_object() override { return true; }
-    bool start_array(std::size_t /*size*/) override { return false; }
-    bool end_array() override { return false; }
+    bool start_object(std::size_t /*size*/) override { return enter(); }
+    bool end_object() override { return leave(); }
+    bool start_array(std::size_t /*size*/) override { return depth_ > 0 && enter(); }
+    bool end_array() override { return leave(); }
     bool key(string_t& name) override {
-        key_ = std::move(name);
+        if (depth_ == 1) {
+            key_ = std::move(name);
+        }
         return true;
     }
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
@@ -52,16 +53,24 @@ public:
     }
 
 private:
+    bool enter() {
+        constexpr int deepest = 8;
+        return ++depth_ <= deepest;
+    }
+    bool leave() {
+        --depth_;
+        return true;
+    }
     bool keep(DefaultsValue value) {
-        if (isInMap_) {
+        if (depth_ == 1) {
             values_.insert_or_assign(key_, std::move(value));
         }
-        return isInMap_;
+        return depth_ > 0;
     }
 
     std::map<std::string, DefaultsValue, std::less<>>& values_;
     std::string key_;
-    bool isInMap_ = false;
+    int depth_ = 0;
 };
 
 json toJson(const DefaultsValue& value) {
@@ -85,14 +94,24 @@ FileDefaults::FileDefaults(fs::path file, Log log) : file_(std::move(file)), log
 
 void FileDefaults::load() {
     constexpr std::size_t largest = 1 << 20U; // bytes; far more than all settings take
-    std::error_code error;
-    if (!fs::exists(file_, error)) {
+    // Not blocking, for there may be anything in the file's place.
+    const FileDescriptor file(::open(file_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file && (errno == ENOENT || errno == ENOTDIR)) {
         return;
     }
-    std::ifstream stream(file_, std::ios::binary);
+    struct stat status {};
     std::string text(largest + 1, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
+    ssize_t size = -1;
+    if (file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+        size = ::read(file.get(), text.data(), text.size());
+    }
+    if (size < 0) {
+        isUnreadable_ = true;
+        log_("the settings in " + file_.string() +
+             " cannot be read; starting without them, and nothing is saved");
+        return;
+    }
+    text.resize(static_cast<std::size_t>(size));
     Values values;
     FlatMapCollector collector(values);
     if (text.size() <= largest &&
@@ -100,11 +119,19 @@ void FileDefaults::load() {
         values_ = std::move(values);
         return;
     }
+    isDamaged_ = true;
+    log_("the settings in " + file_.string() + " are damaged; starting without them");
+}
+
+void FileDefaults::setDamagedFileAside() {
     fs::path aside = file_;
     aside += ".damaged";
+    std::error_code error;
     fs::rename(file_, aside, error);
-    log_("the settings in " + file_.string() + " cannot be read; starting with none" +
-         (error ? "" : ", the file is now " + aside.string()));
+    if (!error) {
+        isDamaged_ = false;
+        log_("the damaged settings are now " + aside.string());
+    }
 }
 
 std::optional<DefaultsValue> FileDefaults::object(std::string_view key) const {
@@ -120,13 +147,16 @@ void FileDefaults::store(const std::vector<Entry>& entries) {
             held = value;
         }
     }
-    if (!isSaved_) {
+    if (!isSaved_ && !isUnreadable_) {
         save();
     }
 }
 
 void FileDefaults::save() {
     constexpr mode_t ownerOnly = 0600;
+    if (isDamaged_) {
+        setDamagedFileAside();
+    }
     try {
         json map = json::object();
         for (const auto& [key, value] : values_) {

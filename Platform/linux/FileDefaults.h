@@ -15,8 +15,9 @@ class FileDefaults final : public DefaultsStore {
 public:
     using Log = std::function<void(const std::string& line)>;
 
-    /// A missing file is an empty store. A damaged one is set aside with the extension ".damaged".
-    /// `log` takes English lines.
+    /// A missing file is an empty store. A damaged one, too: it is set aside with the extension
+    /// ".damaged" when there is something to be saved. One that is there but cannot be read is
+    /// never replaced. `log` takes English lines.
     FileDefaults(std::filesystem::path file, Log log);
 
     std::optional<DefaultsValue> object(std::string_view key) const override;
@@ -27,11 +28,14 @@ private:
 
     void load();
     void save();
+    void setDamagedFileAside();
 
     const std::filesystem::path file_;
     const Log log_;
     Values values_;
     bool isSaved_ = true;
+    bool isDamaged_ = false;
+    bool isUnreadable_ = false;
 };
 
 } // namespace ventaro

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <string_view>
 
 namespace ventaro {
@@ -87,16 +88,17 @@ std::string stampOf(const std::string& stat) {
     return stat.substr(begin, end - begin) + stat.substr(0, nameEnd);
 }
 
-bool hasEntry(std::string_view environment, std::string_view entry) {
-    const std::size_t equals = entry.find('=');
-    return environmentValue(environment, entry.substr(0, equals)) == entry.substr(equals + 1);
-}
-
 } // namespace
 
-ProcessTable::ProcessTable(std::string requiredEnvironment)
-    : requiredEnvironment_(std::move(requiredEnvironment)),
-      current_(std::make_shared<const List>()) {}
+ProcessTable::ProcessTable(std::optional<MachineRoot> machine)
+    : machine_(std::move(machine)), current_(std::make_shared<const List>()) {}
+
+bool ProcessTable::isOnMachine(std::string_view environment) const {
+    const std::string_view folder = environmentValue(environment, MachineRoot::environmentVariable);
+    std::error_code error;
+    return !machine_ ||
+           (!folder.empty() && std::filesystem::equivalent(folder, machine_->folder(), error));
+}
 
 ProcessTable::Process ProcessTable::inspect(int folder, pid_t pid) const {
     Process process;
@@ -108,9 +110,7 @@ ProcessTable::Process ProcessTable::inspect(int folder, pid_t pid) const {
         process.application.bundleIdentifier = executableName(folder);
     }
     // A kernel thread has no command.
-    process.isApplication =
-        !command.empty() && pid != ::getpid() &&
-        (requiredEnvironment_.empty() || hasEntry(environment, requiredEnvironment_));
+    process.isApplication = !command.empty() && pid != ::getpid() && isOnMachine(environment);
     return process;
 }
 
@@ -126,16 +126,20 @@ void ProcessTable::refresh() {
         if (parsed.ec != std::errc{} || parsed.ptr != name.data() + name.size()) {
             continue;
         }
-        const FileDescriptor folder(
-            ::openat(::dirfd(table.get()), entry->d_name, O_PATH | O_DIRECTORY | O_CLOEXEC));
-        std::string stamp = folder ? stampOf(readWhole(folder.get(), "stat")) : std::string();
+        const std::string statPath = std::string(name) + "/stat";
+        std::string stamp = stampOf(readWhole(::dirfd(table.get()), statPath.c_str()));
         if (stamp.empty()) {
             continue; // it has ended meanwhile
         }
         auto known = processes_.extract(pid);
-        Process process = !known.empty() && known.mapped().stamp == stamp
-                              ? std::move(known.mapped())
-                              : inspect(folder.get(), pid);
+        Process process;
+        if (!known.empty() && known.mapped().stamp == stamp) {
+            process = std::move(known.mapped());
+        } else {
+            const FileDescriptor folder(
+                ::openat(::dirfd(table.get()), entry->d_name, O_PATH | O_DIRECTORY | O_CLOEXEC));
+            process = inspect(folder.get(), pid);
+        }
         process.stamp = std::move(stamp);
         if (process.isApplication) {
             list->push_back(process.application);

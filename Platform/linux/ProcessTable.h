@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MachineRoot.h"
 #include "RunningApplications.h"
 
 #include <sys/types.h>
@@ -7,6 +8,8 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <string_view>
 
 namespace ventaro {
 
@@ -15,9 +18,9 @@ namespace ventaro {
 /// executable's own name. What a process is, is looked up once.
 class ProcessTable final : public RunningApplications {
 public:
-    /// `requiredEnvironment`: an entry ("NAME=value") that a process's environment must have to
-    /// count; empty for none.
-    explicit ProcessTable(std::string requiredEnvironment = {});
+    /// `machine`: the simulated machine that a process must run on to count; no value: any process
+    /// of the host.
+    explicit ProcessTable(std::optional<MachineRoot> machine = {});
 
     void refresh() override;
     std::shared_ptr<const List> current() const override;
@@ -30,8 +33,9 @@ private:
     };
 
     Process inspect(int folder, pid_t pid) const;
+    bool isOnMachine(std::string_view environment) const;
 
-    const std::string requiredEnvironment_;
+    const std::optional<MachineRoot> machine_;
     std::mutex refreshLock_;
     std::map<pid_t, Process> processes_; ///< guarded by `refreshLock_`
     mutable std::mutex lock_;

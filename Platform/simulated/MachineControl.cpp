@@ -16,10 +16,12 @@ MachineCommandResult sendMachineCommand(const MachineRoot& root, const MachineCo
     for (const std::string& word : command) {
         packet += word + '\0';
     }
+    if (packet.size() > largestControlPacket) {
+        throw std::runtime_error("the command is too long for the machine");
+    }
     std::string reply(largestControlPacket, '\0');
     ssize_t received = -1;
-    if (socket && packet.size() <= largestControlPacket &&
-        ::send(socket.get(), packet.data(), packet.size(), MSG_NOSIGNAL) > 0) {
+    if (socket && ::send(socket.get(), packet.data(), packet.size(), MSG_NOSIGNAL) > 0) {
         if (patience) {
             setSocketTimeout(socket.get(), SO_RCVTIMEO, *patience);
         }

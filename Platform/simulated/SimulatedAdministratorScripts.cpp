@@ -21,9 +21,17 @@ namespace ventaro {
 
 namespace {
 
-/// The folders that belong to the machine; the rest of the tree is the host's.
-constexpr std::array<std::string_view, 5> machineFolders{"/Library/", "/var/run/", "/var/log/",
-                                                         "/tmp/com.ventaro", "/Applications/"};
+/// The folders and files that belong to the machine; the rest of the tree is the host's.
+constexpr std::array<std::string_view, 5> machinePaths{"/Library/PrivilegedHelperTools",
+                                                       "/Library/LaunchDaemons", "/var/run",
+                                                       "/var/log", "/tmp/com.ventaro.helper.plist"};
+
+bool isMachinePath(std::string_view path) {
+    return std::any_of(machinePaths.begin(), machinePaths.end(), [path](std::string_view known) {
+        return path.starts_with(known) &&
+               (path.size() == known.size() || path[known.size()] == '/');
+    });
+}
 
 bool endsWord(char character) {
     return std::string_view(" \t\n;&|()<>").find(character) != std::string_view::npos;
@@ -199,9 +207,7 @@ std::string movedBelowRoot(std::string_view line, const MachineRoot& root) {
             end += !isQuoted && line[end] == '\\' && end + 1 < line.size() ? 1U : 0U;
         }
         const std::string_view word = line.substr(begin, end - begin);
-        const std::string text = unquoted(word);
-        if (std::any_of(machineFolders.begin(), machineFolders.end(),
-                        [&](std::string_view folder) { return text.starts_with(folder); })) {
+        if (isMachinePath(unquoted(word))) {
             moved += prefix;
         }
         moved += word;

@@ -18,8 +18,7 @@ UserSession makeSimulatedSession(const MachineRoot& root) {
     session.defaults = std::make_unique<FileDefaults>(
         home / "Library/Preferences/com.ventaro.app.cbor", logToStandardError);
     session.administratorScripts = std::make_unique<SimulatedAdministratorScripts>(root);
-    session.runningApplications = std::make_unique<ProcessTable>(
-        std::string(MachineRoot::environmentVariable) + "=" + root.folder().string());
+    session.runningApplications = std::make_unique<ProcessTable>(root);
     return session;
 }
 

@@ -15,6 +15,9 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QVariant>
 #include <atomic>
 #include <deque>
 #include <functional>
@@ -29,17 +32,13 @@ namespace ventaro {
 /// Tasks that run when the test says so, on its own thread, one after the other.
 class ManualTasks final : public TaskRunner {
 public:
-    void detach(TaskPriority /*priority*/, std::function<void()> work) override {
-        work_.push_back(std::move(work));
-    }
-    void onMainThread(std::function<void()> action) override {
-        actions_.push_back(std::move(action));
-    }
+    void detach(TaskPriority /*priority*/, Work work) override { work_.push_back(std::move(work)); }
+    void onMainThread(Action action) override { actions_.push_back(std::move(action)); }
     /// Runs the work of task number `index`, without its result reaching the main thread.
     void work(std::size_t index = 0) {
         const auto work = std::move(work_.at(index));
         work_.erase(work_.begin() + static_cast<std::ptrdiff_t>(index));
-        work();
+        actions_.push_back(work());
     }
     void deliver() {
         for (; !actions_.empty(); actions_.pop_front()) {
@@ -57,8 +56,8 @@ public:
     std::size_t waiting() const { return work_.size(); }
 
 private:
-    std::deque<std::function<void()>> work_;
-    std::deque<std::function<void()>> actions_;
+    std::deque<Work> work_;
+    std::deque<Action> actions_;
 };
 
 /// A clock that ticks when the test says so.
@@ -108,11 +107,13 @@ struct NoInspector final : HardwareInspector {
     int loads = 0;
 };
 
-/// A helper on a thread that keeps a record of its requests and answers as it is told.
+/// A helper that keeps a record of its requests and answers as it is told, each on a thread.
 class RecordingHelper {
 public:
-    /// Returns the response's bytes; empty closes the connection without one.
+    /// Returns the response's bytes; empty closes the connection without one, `hang` keeps it until
+    /// the client gives up.
     using Answer = std::function<std::string(const HelperRequest&)>;
+    static constexpr const char* hang = "hang";
 
     explicit RecordingHelper(const std::filesystem::path& path)
         : listener_(listenOnUnixSocket(path, SOCK_STREAM, 0600)),
@@ -122,6 +123,9 @@ public:
         const std::uint64_t one = 1;
         EXPECT_EQ(::write(stop_.get(), &one, sizeof one), sizeof one);
         thread_.join();
+        for (std::thread& exchange : exchanges_) {
+            exchange.join();
+        }
     }
 
     static std::string accept(const std::string& message, std::int64_t version = 1) {
@@ -134,7 +138,8 @@ public:
         const std::lock_guard guard(lock_);
         answer_ = std::move(answer);
     }
-    /// What was asked since the last call: "ping", "set 0 2370", "reset".
+    /// What was asked since the last call: "ping", "set 0 2370", "reset", with " meanwhile" if a
+    /// client was still waiting for an answer that hangs.
     std::vector<std::string> taken() {
         const std::lock_guard guard(lock_);
         return std::exchange(requests_, {});
@@ -154,6 +159,23 @@ private:
         }
         return "?";
     }
+    Answer record(std::string line) {
+        const std::lock_guard guard(lock_);
+        pollfd entry{hung_.get(), POLLIN, 0};
+        if (hung_ && ::poll(&entry, 1, 0) == 0) {
+            line += " meanwhile";
+        }
+        requests_.push_back(std::move(line));
+        return answer_;
+    }
+    void hangOn(int client) {
+        {
+            const std::lock_guard guard(lock_);
+            hung_.reset(::dup(client));
+        }
+        char byte = 0;
+        ::recv(client, &byte, 1, 0);
+    }
     void serve() {
         for (;;) {
             pollfd entries[] = {{listener_.get(), POLLIN, 0}, {stop_.get(), POLLIN, 0}};
@@ -161,31 +183,77 @@ private:
             if (entries[1].revents != 0) {
                 return;
             }
-            const FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
-            std::string text(maximumHelperMessageSize, '\0');
-            const ssize_t count = ::recv(client.get(), text.data(), text.size(), 0);
-            if (count <= 0) {
-                continue; // nothing was asked in the end
-            }
-            text.resize(static_cast<std::size_t>(count));
-            const HelperRequest request = decodeHelperRequest(text);
-            Answer answer;
-            {
-                const std::lock_guard guard(lock_);
-                requests_.push_back(describe(request));
-                answer = answer_;
-            }
-            const std::string response = answer(request);
-            ::send(client.get(), response.data(), response.size(), MSG_NOSIGNAL);
+            exchanges_.emplace_back([this, socket = ::accept(listener_.get(), nullptr, nullptr)] {
+                exchange(FileDescriptor(socket));
+            });
         }
+    }
+    void exchange(const FileDescriptor& client) {
+        std::string text(maximumHelperMessageSize, '\0');
+        const ssize_t count = ::recv(client.get(), text.data(), text.size(), 0);
+        if (count <= 0) {
+            return; // nothing was asked in the end
+        }
+        text.resize(static_cast<std::size_t>(count));
+        const HelperRequest request = decodeHelperRequest(text);
+        const std::string response = record(describe(request))(request);
+        if (response == hang) {
+            hangOn(client.get());
+            return;
+        }
+        ::send(client.get(), response.data(), response.size(), MSG_NOSIGNAL);
     }
 
     FileDescriptor listener_;
     FileDescriptor stop_;
-    std::mutex lock_; ///< guards the two fields below
+    std::mutex lock_; ///< guards the three fields below
     Answer answer_ = [](const HelperRequest&) { return accept("gut"); };
     std::vector<std::string> requests_;
+    FileDescriptor hung_;                ///< the connection that hangs
+    std::vector<std::thread> exchanges_; ///< of `thread_` until that has ended
     std::thread thread_;
+};
+
+/// Watches that every property's change signal is heard exactly when its value has changed.
+class PropertyAudit : public QObject {
+    Q_OBJECT
+public:
+    explicit PropertyAudit(QObject& audited) : audited_(audited) {
+        const QMetaMethod slot = metaObject()->method(metaObject()->indexOfSlot("heard()"));
+        for (int index = 0; index < audited.metaObject()->propertyCount(); ++index) {
+            const QMetaProperty property = audited.metaObject()->property(index);
+            values_.push_back(property.read(&audited));
+            if (property.hasNotifySignal()) {
+                connect(&audited, property.notifySignal(), this, slot, Qt::UniqueConnection);
+            }
+        }
+    }
+    ~PropertyAudit() override {
+        for (std::size_t index = 0; index < values_.size(); ++index) {
+            const QMetaProperty property = audited_.metaObject()->property(static_cast<int>(index));
+            EXPECT_TRUE(property.read(&audited_) == values_[index])
+                << property.name() << " has changed in silence";
+        }
+    }
+
+    Q_SLOT void heard() {
+        bool hasChanged = false;
+        for (std::size_t index = 0; index < values_.size(); ++index) {
+            const QMetaProperty property = audited_.metaObject()->property(static_cast<int>(index));
+            if (property.notifySignalIndex() == senderSignalIndex()) {
+                QVariant value = property.read(&audited_);
+                hasChanged = hasChanged || value != values_[index];
+                values_[index] = std::move(value);
+            }
+        }
+        EXPECT_TRUE(hasChanged)
+            << audited_.metaObject()->method(senderSignalIndex()).name().toStdString()
+            << " without a change";
+    }
+
+private:
+    QObject& audited_;
+    std::vector<QVariant> values_;
 };
 
 /// A controller on a simulated machine in this process, with a helper that only keeps a record.
@@ -211,8 +279,10 @@ protected:
                                            [](const std::string& line) { ADD_FAILURE() << line; });
     }
     FanControllerViewModel& make() {
+        audit_.reset();
         controller_ = std::make_unique<FanControllerViewModel>(FanControllerDependencies{
             machine_.service, client_, inspector_, root_, session_, tasks_});
+        audit_ = std::make_unique<PropertyAudit>(*controller_);
         return *controller_;
     }
     /// Makes a controller and lets it finish all that it begins with.
@@ -268,6 +338,7 @@ protected:
     UserSession session_;
     ManualTasks tasks_;
     std::unique_ptr<FanControllerViewModel> controller_;
+    std::unique_ptr<PropertyAudit> audit_;
 };
 
 } // namespace ventaro

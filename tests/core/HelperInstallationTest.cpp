@@ -74,10 +74,10 @@ protected:
 };
 
 TEST_F(HelperInstallationTest, TheScriptsAreTheseBytes) {
-    ::umask(077);
+    const mode_t umaskBefore = ::umask(077);
     fs::create_symlink(folder_.path() / "precious", list_);
-    client().installPrivilegedDaemon();
-    ::umask(022);
+    EXPECT_NO_THROW(client().installPrivilegedDaemon());
+    ::umask(umaskBefore);
     const std::string bin = "'/Library/PrivilegedHelperTools/com.ventaro.helper'";
     const std::string plist = "'/Library/LaunchDaemons/com.ventaro.helper.plist'";
     const std::string source =
@@ -177,6 +177,7 @@ TEST_F(HelperInstallationTest, TheControllerReportsHowItWent) {
     EXPECT_TRUE(controller.isHelperInstalled()) << "the old one is still there";
 
     controller.applyManualSpeeds();
+    controller.setLinkFansInManualMode(true);
     tasks_.runAll();
     controller.uninstallHelper();
     tasks_.runAll();
@@ -193,6 +194,7 @@ TEST_F(HelperInstallationTest, TheControllerReportsHowItWent) {
     EXPECT_EQ(controller.activeProfile(), ControlProfile::systemAuto);
     EXPECT_FALSE(controller.isHelperInstalled());
     EXPECT_TRUE(helper_.taken().empty()) << "the script has reset the fans";
+    EXPECT_EQ(session_.defaults->value<bool>("com.ventaro.pref.linkFans"), false) << "nor saved";
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 #include "ControllerFixture.h"
 #include "ThreadTaskRunner.h"
 
+#include <gmock/gmock.h>
+
 #include <QEventLoop>
 #include <QTimer>
 #include <future>
-#include <numeric>
 
 namespace ventaro {
 namespace {
@@ -22,11 +23,14 @@ TEST(ThreadTaskRunnerTest, AWaitingTaskHoldsNobodyUp) {
     ThreadTaskRunner runner;
     std::promise<void> password;
     const std::shared_future<void> given = password.get_future().share();
-    runner.detach(TaskPriority::standard, [given] { given.wait(); });
+    runner.detach(TaskPriority::standard, [given] {
+        given.wait();
+        return [] {};
+    });
     int finished = 0;
     for (int count = 0; count < 10; ++count) {
         for (const auto priority : {TaskPriority::userInitiated, TaskPriority::utility}) {
-            runner.detach(priority, [&] { runner.onMainThread([&finished] { ++finished; }); });
+            runner.detach(priority, [&finished] { return [&finished] { ++finished; }; });
         }
     }
     EXPECT_TRUE(processUntil([&] { return finished == 20; }));
@@ -34,33 +38,39 @@ TEST(ThreadTaskRunnerTest, AWaitingTaskHoldsNobodyUp) {
     runner.finishAll();
 }
 
-TEST(ThreadTaskRunnerTest, ActionsRunOnTheMainThreadInOrder) {
+TEST(ThreadTaskRunnerTest, ActionsRunOnTheMainThreadInOrderAlsoInANestedLoop) {
     ThreadTaskRunner runner;
     std::vector<int> order;
-    const auto mainThread = std::this_thread::get_id();
-    runner.detach(TaskPriority::background, [&] {
-        for (int number = 0; number < 100; ++number) {
-            runner.onMainThread([&, number] {
-                EXPECT_EQ(std::this_thread::get_id(), mainThread);
-                order.push_back(number);
-            });
-        }
+    runner.onMainThread([&] {
+        QEventLoop dialog;
+        runner.onMainThread([&] {
+            order.push_back(2);
+            dialog.quit();
+        });
+        dialog.exec();
+        order.push_back(3);
     });
-    EXPECT_TRUE(processUntil([&] { return order.size() == 100; }));
-    std::vector<int> expected(100);
-    std::iota(expected.begin(), expected.end(), 0);
-    EXPECT_EQ(order, expected);
+    runner.onMainThread([&] { order.push_back(1); });
+    std::thread::id thread;
+    runner.detach(TaskPriority::background,
+                  [&] { return [&] { thread = std::this_thread::get_id(); }; });
+    EXPECT_TRUE(processUntil([&] { return thread != std::thread::id(); }));
+    EXPECT_EQ(thread, std::this_thread::get_id());
+    EXPECT_TRUE(processUntil([&] { return order.size() == 3; }));
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
 }
 
-TEST(ThreadTaskRunnerTest, WhatIsLeftAtTheEndIsDropped) {
+TEST(ThreadTaskRunnerTest, ATaskMayOutliveItsRunner) {
     auto runner = std::make_unique<ThreadTaskRunner>();
-    std::promise<void> done;
-    runner->detach(TaskPriority::utility, [&] {
-        runner->onMainThread([] { ADD_FAILURE(); });
-        done.set_value();
+    std::promise<void> goOn;
+    const auto isDone = std::make_shared<int>();
+    runner->detach(TaskPriority::utility, [&, isDone]() -> TaskRunner::Action {
+        goOn.get_future().wait();
+        return [isDone] { ADD_FAILURE() << "nobody is left for it"; };
     });
-    done.get_future().wait();
     runner.reset();
+    goOn.set_value();
+    EXPECT_TRUE(waitUntil([&] { return isDone.use_count() == 1; })) << "all is freed";
     QCoreApplication::processEvents();
 }
 
@@ -111,47 +121,28 @@ TEST(DispatchGateTest, ClosesBehindTheExchangeUnderWay) {
 
 class ShutdownTest : public ControllerFixture {};
 
-TEST_F(ShutdownTest, TheResetIsTheLastThingOnTheWire) {
-    ThreadTaskRunner runner;
+TEST_F(ShutdownTest, TheResetWaitsForTheExchangeUnderWay) {
+    const std::chrono::milliseconds timeout(100);
+    const HelperClient client(folder_.path() / "helper.sock", timeout, timeout);
     std::promise<void> arrived;
-    std::promise<void> goOn;
-    helper_.setAnswer([&, isFirst = std::make_shared<bool>(true)](const HelperRequest& request) {
-        if (request.action == HelperAction::setFanRPM && std::exchange(*isFirst, false)) {
+    helper_.setAnswer([&](const HelperRequest& request) -> std::string {
+        if (request.action == HelperAction::setFanRPM) {
             arrived.set_value();
-            goOn.get_future().wait();
+            return RecordingHelper::hang;
         }
         return RecordingHelper::accept("gut");
     });
-    FanControllerViewModel controller(
-        {machine_.service, client_, inspector_, root_, session_, runner});
-    runner.finishAll();
-    helper_.taken();
-    controller.selectProfile(ControlProfile::turbo);
-    controller.selectProfile(ControlProfile::silent);
-    arrived.get_future().wait();
-    std::thread release([&] { goOn.set_value(); });
-    controller.shutdown();
-    controller.shutdown();
-    release.join();
-    runner.finishAll();
-    const auto requests = helper_.taken();
-    EXPECT_EQ(requests.back(), "reset");
-    EXPECT_EQ(std::count(requests.begin(), requests.end(), "reset"), 1);
-}
-
-TEST_F(ShutdownTest, AHelperThatHangsCostsItsTimeOutsAndNoMore) {
-    const auto path = folder_.path() / "hung.sock";
-    const FileDescriptor hung = listenOnUnixSocket(path, SOCK_STREAM, 0600);
-    const std::chrono::milliseconds timeout(50);
-    const HelperClient client(path, timeout, timeout);
     ThreadTaskRunner runner;
     FanControllerViewModel controller(
         {machine_.service, client, inspector_, root_, session_, runner});
+    runner.finishAll();
+    helper_.taken();
     controller.selectProfile(ControlProfile::turbo);
+    arrived.get_future().wait();
     const auto start = steady_clock::now();
     controller.shutdown();
-    EXPECT_GE(steady_clock::now() - start, timeout) << "it was tried";
     EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(20));
+    EXPECT_THAT(helper_.taken(), testing::ElementsAre("ping", "set 0 5616", "ping", "reset"));
     runner.finishAll();
 }
 

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <thread>
+
 namespace ventaro {
 namespace {
 
@@ -40,7 +43,7 @@ TEST(HeadlessControl, HandsTheFansBackOnEverySignal) {
     SimulatedMachine machine({"--workload", "compile"});
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         Headless run(machine, {"--curve", "100:80,0:80", "--source", "gpuDie"});
-        EXPECT_TRUE(run.prints("left 4860 RPM, right 4500 RPM"));
+        EXPECT_TRUE(run.prints("asking for left 4860 RPM, right 4500 RPM"));
         EXPECT_TRUE(waitUntil([&] { return machine.key("F1Tg") == "4500.0000"; }));
         EXPECT_EQ(machine.key("F0Md"), "1.0000");
         run.program().signal(signal);
@@ -53,15 +56,20 @@ TEST(HeadlessControl, HandsTheFansBackOnEverySignal) {
         << "the user's settings are left alone";
 }
 
+/// Kills the helper, more than once if it was old enough to be restarted at once.
+void killHelper(const SimulatedMachine& machine) {
+    EXPECT_TRUE(waitUntil([&] {
+        const pid_t helper = machine.helperProcess();
+        if (helper != 0) {
+            ::kill(helper, SIGKILL);
+        }
+        return helper == 0;
+    }));
+}
+
 TEST(HeadlessControl, ComesThroughALostHelper) {
     SimulatedMachine machine;
-    const auto killHelper = [&] {
-        const pid_t helper = machine.helperProcess();
-        ASSERT_GT(helper, 0);
-        ::kill(helper, SIGKILL);
-        ASSERT_TRUE(waitUntil([&] { return machine.helperProcess() == 0; }));
-    };
-    killHelper();
+    killHelper(machine);
     Headless run(machine, {"--profile", "Leise", "--json"});
     EXPECT_TRUE(waitUntil(
         [&] { return run.program().output().find("Bitte zuerst") != std::string::npos; }));
@@ -70,8 +78,18 @@ TEST(HeadlessControl, ComesThroughALostHelper) {
     EXPECT_TRUE(run.prints("Ziel-Drehzahl gesetzt: Links 2403 RPM"));
     EXPECT_EQ(machine.key("F0Md"), "1.0000");
 
-    killHelper(); // too young to be restarted at once
-    run.program().signal(SIGTERM);
+    // The same for fans that somebody else has set free.
+    EXPECT_EQ(machine.ctl({"auto"}).exitCode, 0);
+    EXPECT_TRUE(waitUntil([&] {
+        machine.control({"step", "2"});
+        return machine.key("F1Md") == "1.0000";
+    }));
+
+    killHelper(machine);
+    run.program().signal(SIGHUP);
+    EXPECT_TRUE(waitUntil(
+        [&] { return run.program().output().find(R"("event":"trying")") != std::string::npos; }));
+    run.program().signal(SIGHUP); // the shell's, after the kernel's
     machine.control({"step", "10"});
     EXPECT_EQ(run.program().wait(), 0) << run.program().errors();
     EXPECT_EQ(machine.key("F0Md"), "0.0000");
@@ -81,19 +99,60 @@ TEST(HeadlessControl, SaysHowToFreeFansThatStayForced) {
     SimulatedMachine machine;
     Headless run(machine, {"--profile", "turbo"});
     EXPECT_TRUE(waitUntil([&] { return machine.key("F1Md") == "1.0000"; }));
-    ::kill(machine.helperProcess(), SIGKILL);
-    run.program().signal(SIGINT);
-    std::thread impatience([&] { // presses Ctrl-C again and again
-        waitUntil([&] {
-            run.program().signal(SIGINT);
-            return run.program().errors().find("ventaroctl auto") != std::string::npos;
-        });
-    });
-    impatience.join();
-    EXPECT_EQ(run.program().wait(), 1);
+    killHelper(machine);
+    run.program().signal(SIGTERM);
+    EXPECT_EQ(run.program().wait(), 1) << "after its ten seconds";
     EXPECT_THAT(run.program().errors(), HasSubstr("the fans are still forced"));
+    EXPECT_THAT(run.program().errors(), HasSubstr("ventaroctl auto"));
     EXPECT_THAT(run.program().output(), Not(HasSubstr("automatic again")));
     EXPECT_EQ(machine.key("F0Md"), "1.0000");
+}
+
+TEST(HeadlessControl, LeavesTheFansAloneWithoutATemperature) {
+    SimulatedMachine machine({"--workload", "compile"});
+    Headless run(machine, {"--source", "gpuDie"});
+    EXPECT_TRUE(run.prints("asking for"));
+    for (const char* key : {"TGDD", "TG0P"}) {
+        machine.control({"fault", key, "read-fails"});
+    }
+    machine.control({"fault", "TG0D", "read-fails"});
+    EXPECT_TRUE(run.prints("cannot be read"));
+    EXPECT_TRUE(waitUntil([&] { return machine.key("F0Md") == "0.0000"; }));
+    machine.control({"clear"});
+    EXPECT_TRUE(waitUntil([&] {
+        machine.control({"step", "2"});
+        return machine.key("F0Md") == "1.0000";
+    }));
+}
+
+TEST(HeadlessControl, EndsWhenNobodyReadsItAndGoesOnWhenNobodyHurries) {
+    SimulatedMachine machine;
+    // A reader that leaves after the first line; nohup, which has SIGHUP ignored.
+    Program headed(machine.folder(),
+                   {"/bin/bash", "-c",
+                    "set -o pipefail; '" + bin + "ventaroctl' run --profile turbo | head -1"},
+                   machine.environment());
+    Program deaf(
+        machine.folder(),
+        {"/bin/bash", "-c", "trap '' HUP; exec '" + bin + "ventaroctl' run --profile turbo"},
+        machine.environment());
+    EXPECT_TRUE(waitUntil([&] {
+        machine.control({"step", "2"});
+        return machine.key("F0Md") == "1.0000" && !deaf.output().empty();
+    }));
+    deaf.signal(SIGHUP);
+    std::atomic<bool> hasEnded = false;
+    std::thread clock([&] {
+        while (!hasEnded) {
+            machine.control({"step", "2"});
+        }
+    });
+    EXPECT_EQ(headed.wait(), 0);
+    hasEnded = true;
+    clock.join();
+    EXPECT_THAT(deaf.output(), Not(HasSubstr("automatic again")));
+    deaf.signal(SIGTERM);
+    EXPECT_EQ(deaf.wait(), 0);
 }
 
 TEST(HeadlessControl, SeesACompetitorButNotItself) {

@@ -286,7 +286,21 @@ TEST_F(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
     const FileDescriptor client = server.connect();
     send(client, pingRequest);
     EXPECT_EQ(answerOf(client), pingAnswer) << "the first one is unharmed";
-    server.stop();
+    bool hasAsked = false;
+    const auto successor = [&] {
+        return HelperServer({.socketPath = path,
+                             .takeOverPatience = std::chrono::minutes(1),
+                             .isStopRequested =
+                                 [&] {
+                                     if (!std::exchange(hasAsked, true)) {
+                                         server.stop();
+                                     }
+                                     return false;
+                                 }},
+                            {}, {}, log);
+    };
+    EXPECT_NO_THROW(successor()) << "it waits for the one that is on its way out";
+    EXPECT_TRUE(hasAsked);
     EXPECT_FALSE(std::filesystem::exists(path)) << "the socket is removed at the end";
 
     listenOnUnixSocket(path, SOCK_STREAM, 0600); // a stale file

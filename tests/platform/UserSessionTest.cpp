@@ -4,6 +4,7 @@
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
 #include "TestSupport.h"
+#include "UnixSocket.h"
 
 #include <gmock/gmock.h>
 #include <poll.h>
@@ -77,7 +78,7 @@ TEST_F(FileDefaultsTest, KeepsValuesWithTheirTypes) {
     EXPECT_THAT(log_, IsEmpty());
 }
 
-TEST_F(FileDefaultsTest, ADamagedFileIsSetAsideAndReplaced) {
+TEST_F(FileDefaultsTest, ADamagedFileIsSetAsideByTheNextSave) {
     open().store({{"number", 1.0}, {"text", std::string("text")}});
     const std::string whole = readFile(file_);
     const std::string damaged[] = {"",
@@ -85,20 +86,36 @@ TEST_F(FileDefaultsTest, ADamagedFileIsSetAsideAndReplaced) {
                                    whole + "x",
                                    "\x01",
                                    "\x81\x01",
-                                   "\xa1\x61k\xa1\x61k\x01",
                                    std::string(100000, '\x81'),
+                                   "\xa1\x61k" + std::string(100000, '\x81'),
                                    std::string(2000000, 'x')};
     for (const std::string& text : damaged) {
         log_.clear();
         writeFile(file_, text);
         FileDefaults defaults = open();
         EXPECT_FALSE(defaults.object("number"));
-        ASSERT_EQ(log_.size(), 1U) << text.size();
-        EXPECT_EQ(readFile(file_.string() + ".damaged"), text);
-        defaults.store({{"number", 2.0}});
-        EXPECT_EQ(open().value<double>("number"), 2);
+        EXPECT_EQ(readFile(file_), text) << "reading changes nothing";
         EXPECT_EQ(log_.size(), 1U);
+        defaults.store({{"number", 2.0}});
+        EXPECT_EQ(readFile(file_.string() + ".damaged"), text);
+        EXPECT_EQ(open().value<double>("number"), 2);
     }
+    log_.clear();
+    writeFile(file_,
+              std::string("\xa3\x61k\xa1\x61n\x01\x61m\x81\x01\x61n\x02")); // values nobody knows
+    EXPECT_EQ(open().value<double>("n"), 2);
+    EXPECT_FALSE(open().object("k"));
+    EXPECT_THAT(log_, IsEmpty());
+}
+
+TEST_F(FileDefaultsTest, WhatIsThereButCannotBeReadIsNeverReplaced) {
+    fs::create_directories(file_.parent_path());
+    ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
+    FileDefaults defaults = open(); // does not wait for a writer either
+    defaults.store({{"number", 1.0}});
+    EXPECT_EQ(defaults.value<double>("number"), 1);
+    EXPECT_TRUE(fs::is_fifo(file_));
+    EXPECT_EQ(log_.size(), 1U);
 }
 
 TEST_F(FileDefaultsTest, WhatCannotBeWrittenIsRememberedAndWrittenLater) {
@@ -115,6 +132,7 @@ TEST_F(FileDefaultsTest, WhatCannotBeWrittenIsRememberedAndWrittenLater) {
 
 TEST_F(FileDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
     for (int round = 0; round < 10; ++round) {
+        fs::remove(file_);
         const pid_t writer = ::fork();
         if (writer == 0) {
             FileDefaults defaults = open();
@@ -151,12 +169,14 @@ TEST(AdministratorScriptsTest, WordsOfTheMachineMoveBelowItsRoot) {
     const MachineRoot root(folder.path());
     const std::string in = "'" + folder.path().string() + "'";
     const std::pair<std::string, std::string> rows[] = {
-        {"mkdir -p /Library/X && ls", "mkdir -p " + in + "/Library/X && ls"},
-        {"cp -f '/a /Library/b' '/Library/c d'", "cp -f '/a /Library/b' " + in + "'/Library/c d'"},
-        {"cp '/it'\\''s /Library/x' y", "cp '/it'\\''s /Library/x' y"},
+        {"mkdir -p /Library/LaunchDaemons && ls",
+         "mkdir -p " + in + "/Library/LaunchDaemons && ls"},
+        {"cp -f '/a /var/run/b' '/var/run/c d'", "cp -f '/a /var/run/b' " + in + "'/var/run/c d'"},
+        {"cp '/it'\\''s /var/run/x' y", "cp '/it'\\''s /var/run/x' y"},
         {"rm -f '/tmp/com.ventaro.helper.plist' 2>/dev/null||true",
          "rm -f " + in + "'/tmp/com.ventaro.helper.plist' 2>/dev/null||true"},
         {"rm '/var/run/x';rm /var/runx", "rm " + in + "'/var/run/x';rm /var/runx"},
+        {"cp /tmp/com.ventaro.x /Library/Y", "cp /tmp/com.ventaro.x /Library/Y"},
     };
     for (const auto& [line, moved] : rows) {
         EXPECT_EQ(movedBelowRoot(line, root), moved);
@@ -171,45 +191,79 @@ TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
         fs::copy_file("/bin/sleep", program);
         return program.string();
     };
-    const std::string mark = "VENTARO_TEST_FOLDER=" + folder.path().string();
     ProcessTable table;
-    ProcessTable mine(mark);
-    const auto seen = [&](ProcessTable& processes, const std::string& name,
-                          const std::string& identifier) {
+    ProcessTable machine{MachineRoot(folder.path())};
+    const auto seen = [](ProcessTable& processes, const std::string& name,
+                         const std::string& identifier) {
         processes.refresh();
         const auto list = processes.current();
         return std::any_of(list->begin(), list->end(), [&](const auto& application) {
             return application.localizedName == name && application.bundleIdentifier == identifier;
         });
     };
+    const std::string longName = "Macs Fan Control with a long name";
     {
-        const std::string longName = "Macs Fan Control with a long name";
-        const Program competitor(folder.path(), {add("bin/" + longName), "100"}, {mark});
+        const Program competitor(
+            folder.path(), {add("bin/" + longName), "100"},
+            {"VENTARO_MACHINE_ROOT=" + folder.path().string() + "/"}); // a slash too many
         const Program innocent(folder.path(), {add("Macs Fan Control/editor"), "100"});
-        const Program shell(folder.path(),
-                            {"/bin/sh", "-c",
-                             "GIO_LAUNCHED_DESKTOP_FILE_PID=$$ "
-                             "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/org.TGPro.App.desktop exec \"" +
-                                 add("bin/fans") + "\" 100"});
+        const fs::path gate = folder.path() / "gate";
+        ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+        fs::copy_file("/bin/sh", folder.path() / "bin/starter");
+        const Program starter(folder.path(),
+                              {folder.path() / "bin/starter", "-c",
+                               "read line <" + gate.string() +
+                                   "; GIO_LAUNCHED_DESKTOP_FILE_PID=$$ "
+                                   "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/org.TGPro.App.desktop "
+                                   "exec \"" +
+                                   add("bin/fans") + "\" 100"});
+        EXPECT_TRUE(waitUntil([&] { return seen(table, "starter", "starter"); }));
+        writeFile(gate, "\n");
+        EXPECT_TRUE(waitUntil([&] { return seen(table, "fans", "org.TGPro.App"); }))
+            << "another program in a process that is known";
         EXPECT_TRUE(waitUntil([&] { return seen(table, longName, longName); }));
         EXPECT_TRUE(waitUntil([&] { return seen(table, "editor", "editor"); }));
-        EXPECT_TRUE(waitUntil([&] { return seen(table, "fans", "org.TGPro.App"); }))
-            << "also if the table has seen the shell before";
-        EXPECT_TRUE(seen(mine, longName, longName));
-        EXPECT_EQ(mine.current()->size(), 1U) << "no other has the mark";
+        EXPECT_TRUE(seen(machine, longName, longName));
+        EXPECT_EQ(machine.current()->size(), 1U) << "no other runs on the machine";
     }
-    EXPECT_FALSE(seen(table, "editor", "editor")) << "it has ended";
+    EXPECT_FALSE(seen(table, longName, longName)) << "it has ended";
 }
 
 TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
     const TemporaryFolder folder;
     SimulatedClock clock((MachineRoot(folder.path())));
-    const auto ticker = clock.ticker(std::chrono::milliseconds(10));
-    for (int tick = 0; tick < 2; ++tick) {
+    const auto ticker = clock.ticker(std::chrono::milliseconds(300));
+    const auto canBeRead = [&](int milliseconds) {
         pollfd entry{ticker->descriptor(), POLLIN, 0};
-        EXPECT_EQ(::poll(&entry, 1, 60000), 1);
-        ticker->acknowledge();
-    }
+        return ::poll(&entry, 1, milliseconds) == 1;
+    };
+    EXPECT_TRUE(canBeRead(60000));
+    ticker->acknowledge();
+    EXPECT_FALSE(canBeRead(0)) << "the tick has been taken";
+
+    // The machine is switched on, ticks once, and is switched off.
+    fs::create_directories(folder.path() / "var/run/ventaro-simulator");
+    FileDescriptor listener = listenOnUnixSocket(
+        folder.path() / "var/run/ventaro-simulator/clock.sock", SOCK_SEQPACKET, 0600);
+    EXPECT_TRUE(canBeRead(60000));
+    ticker->acknowledge();
+    FileDescriptor machine;
+    EXPECT_TRUE(waitUntil([&] {
+        machine.reset(::accept(listener.get(), nullptr, nullptr));
+        return machine.get() >= 0;
+    }));
+    std::uint32_t interval = 0;
+    EXPECT_EQ(::recv(machine.get(), &interval, sizeof interval, 0), sizeof interval);
+    EXPECT_EQ(interval, 300U);
+    EXPECT_FALSE(canBeRead(0));
+    EXPECT_EQ(::send(machine.get(), "", 1, 0), 1);
+    EXPECT_TRUE(canBeRead(60000));
+    ticker->acknowledge();
+    EXPECT_FALSE(canBeRead(0));
+    listener.reset();
+    machine.reset();
+    ticker->acknowledge();
+    EXPECT_TRUE(canBeRead(60000)) << "the host's time again";
 }
 
 } // namespace
