@@ -3,6 +3,7 @@
 #include "AdministratorScripts.h"
 #include "Clock.h"
 #include "DefaultsStore.h"
+#include "HostInformation.h"
 #include "RunningApplications.h"
 
 #include <filesystem>
@@ -37,6 +38,7 @@ struct UserSession {
     std::unique_ptr<DefaultsStore> defaults;
     std::unique_ptr<AdministratorScripts> administratorScripts;
     std::unique_ptr<RunningApplications> runningApplications;
+    std::unique_ptr<HostInformation> hostInformation;
 };
 
 } // namespace ventaro

@@ -254,4 +254,10 @@ JsonObjectWriter& JsonObjectWriter::string(std::string_view member, std::string_
     return *this;
 }
 
+JsonObjectWriter& JsonObjectWriter::raw(std::string_view member, std::string_view json) {
+    key(member);
+    text_ += json;
+    return *this;
+}
+
 } // namespace ventaro

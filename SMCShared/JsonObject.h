@@ -81,6 +81,9 @@ public:
     /// Bytes that are not UTF-8 are replaced by U+FFFD.
     JsonObjectWriter& string(std::string_view member, std::string_view value);
 
+    /// `json` is a whole JSON value and stands there as it is.
+    JsonObjectWriter& raw(std::string_view member, std::string_view json);
+
     /// The finished object.
     std::string text() const { return text_ + '}'; }
 

@@ -87,7 +87,8 @@ void MachineFolder::makeTree() const {
         fs::create_directories(root_.resolve(folder));
     }
     fs::create_directories(home());
-    for (const char* command : {"/usr/bin/launchctl", "/usr/bin/chown"}) {
+    for (const char* command :
+         {"/usr/bin/launchctl", "/usr/bin/chown", "/usr/sbin/system_profiler"}) {
         const fs::path link = root_.resolve(command);
         if (fs::exists(fs::symlink_status(link)) && !fs::is_symlink(link)) {
             throw std::runtime_error(link.string() + " is there already and no stand-in of ours");

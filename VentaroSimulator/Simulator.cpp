@@ -2,8 +2,10 @@
 
 #include "ClockServer.h"
 #include "ControlChannel.h"
+#include "EmbeddedFiles.h"
 #include "EventLoop.h"
 #include "HelperIPC.h"
+#include "KernelValues.h"
 #include "Launchd.h"
 #include "MachineClock.h"
 #include "MachineFolder.h"
@@ -30,22 +32,6 @@
 namespace ventaro {
 
 namespace {
-
-std::string environmentEntry(const char* name, const std::string& value) {
-    return std::string(name) + "=" + value;
-}
-
-std::string searchPath(const MachineRoot& root) {
-    const char* path = std::getenv("PATH");
-    return root.resolve("/usr/bin").string() + ":" + (path != nullptr ? path : "/usr/bin:/bin");
-}
-
-/// What every process of the machine is told.
-std::vector<std::string> machineEnvironment(const MachineRoot& root, const char* access) {
-    return {environmentEntry(MachineRoot::environmentVariable, root.folder()),
-            environmentEntry(SmcWire::accessVariable, access),
-            environmentEntry("PATH", searchPath(root))};
-}
 
 std::filesystem::path bundledHelper() {
     auto helper = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "VentaroHelper";
@@ -102,6 +88,7 @@ private:
     MachineFolder folder_;
     MachineClock clock_;
     SimulatedSmc smc_;
+    const KernelValues kernelValues_{EmbeddedFiles::kernelValues};
     EventLoop loop_;
     SmcServer server_;
     Launchd launchd_;
@@ -121,7 +108,7 @@ RunningMachine::RunningMachine(const SimulatorOptions& options)
       smc_(options.machine),
       server_(loop_, smc_, folder_.root(), [this] { bringUpToDate(); }),
       launchd_(loop_, clock_, folder_.root(),
-               machineEnvironment(folder_.root(), SmcWire::rootAccess)),
+               simulatedProcessEnvironment(folder_.root(), SmcWire::rootAccess)),
       clocks_(loop_, clock_, folder_.root()),
       control_(loop_, folder_.root(),
                [this](const MachineCommand& command) { return perform(command); }),
@@ -179,8 +166,8 @@ void RunningMachine::startCommandOnceHelperServes(std::chrono::milliseconds wait
 void RunningMachine::startCommand() {
     ChildProcess child;
     child.arguments = options_.command;
-    child.environment = machineEnvironment(folder_.root(), "user");
-    child.environment.push_back(environmentEntry("HOME", folder_.home()));
+    child.environment = simulatedProcessEnvironment(folder_.root(), "user");
+    child.environment.push_back("HOME=" + folder_.home().string());
     try {
         command_ = startChild(child);
     } catch (const std::system_error& error) {
@@ -306,6 +293,11 @@ std::optional<MachineCommandResult> RunningMachine::perform(const MachineCommand
     if (verb == "consent" && command.size() > 1) {
         setConsent(command);
         return MachineCommandResult{};
+    }
+    if (verb == "kernel-value" && command.size() == 2) {
+        const auto value = kernelValues_.find(command[1]);
+        return value ? MachineCommandResult{EXIT_SUCCESS, *value}
+                     : MachineCommandResult{EXIT_FAILURE, "no such kernel value\n"};
     }
     if (verb == "administrator-consent" && command.size() == 1) {
         return consentAnswer();

@@ -1,6 +1,7 @@
 #include "Faults.h"
 #include "FileDescriptor.h"
 #include "Simulator.h"
+#include "SystemProfiler.h"
 
 #include <CLI/CLI.hpp>
 
@@ -145,6 +146,9 @@ int run(const std::string& calledAs, const std::vector<std::string>& arguments) 
     }
     if (name == "chown") {
         return chown(arguments);
+    }
+    if (name == "system_profiler") {
+        return systemProfiler(arguments);
     }
     if (!arguments.empty() && arguments.front() == "control") {
         return control({arguments.begin() + 1, arguments.end()});

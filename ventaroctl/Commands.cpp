@@ -121,6 +121,11 @@ void Commands::profile(ControlProfile profile, const DefaultsStore& store, bool 
     }
 }
 
+void Commands::hardware(const SystemHardwareInspector& inspector, bool json) {
+    const auto sections = inspector.loadAllHardwareSections();
+    out_ << (json ? toJsonArray(sections) + '\n' : hardwareTable(sections));
+}
+
 void Commands::installHelper(bool json) {
     helper_.installPrivilegedDaemon();
     print({true, HelperClient::installedMessage, HelperConstants::protocolVersion}, json);

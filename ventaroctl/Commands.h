@@ -5,6 +5,7 @@
 #include "HelperClient.h"
 #include "Platform.h"
 #include "SMCService.h"
+#include "SystemHardwareInfo.h"
 #include "Tables.h"
 
 #include <cstdint>
@@ -39,6 +40,8 @@ public:
     void automatic(std::optional<std::int64_t> fanIndex, bool json);
     /// Applies a profile once, with the user's `settings`.
     void profile(ControlProfile profile, const DefaultsStore& settings, bool json);
+    /// Shows the hardware inventory.
+    void hardware(const SystemHardwareInspector& inspector, bool json);
     void installHelper(bool json);
     void uninstallHelper(bool json);
 

@@ -18,12 +18,6 @@ namespace ventaro {
 
 namespace {
 
-/// Without views nobody looks at the inventory.
-class NoInspector final : public HardwareInspector {
-public:
-    std::vector<HardwareSectionData> loadAllHardwareSections() override { return {}; }
-};
-
 /// Whether every fan is known to be automatic.
 bool areFansAutomatic(SMCService& smc) {
     const int count = smc.fanCount();
@@ -97,12 +91,11 @@ void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper
 
     // A task that is still running when the process ends finds them in their place.
     static auto& tasks = *new ThreadTaskRunner;
-    static NoInspector inspector;
     UserSession& session = *platform.session;
     const SavedSettings saved = loadedSettings(*session.defaults);
     session.defaults = std::make_unique<TransientDefaults>(std::move(session.defaults));
     FanControllerViewModel controller(
-        {smc, helper, inspector, platform.machineRoot, session, tasks});
+        {smc, helper, SystemHardwareInspector::shared(), platform.machineRoot, session, tasks});
     adopt(controller, saved, options);
     const ChangeLog log(controller, options.json);
     const ProfileKeeper keeper(controller, options.profile, log);

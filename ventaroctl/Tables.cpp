@@ -1,5 +1,6 @@
 #include "Tables.h"
 
+#include "JsonObject.h"
 #include "NumberFormat.h"
 #include "TelemetrySummary.h"
 
@@ -40,11 +41,12 @@ std::string bar(double share, int width) {
     return text;
 }
 
-template<typename Record>
-std::string jsonArray(const std::vector<Record>& records) {
+/// A JSON array of what `encode` makes of each item.
+template<typename Items, typename Encode>
+std::string jsonArray(const Items& items, Encode encode) {
     std::string text = "[";
-    for (const Record& record : records) {
-        text += (text.size() > 1 ? "," : "") + encodeJson(record);
+    for (const auto& item : items) {
+        text += (text.size() > 1 ? "," : "") + encode(item);
     }
     return text + "]";
 }
@@ -227,8 +229,57 @@ std::string watchLine(const Telemetry& telemetry, const std::string& time) {
     return text;
 }
 
-std::string toJsonArray(const std::vector<FanReading>& fans) { return jsonArray(fans); }
+std::string toJsonArray(const std::vector<FanReading>& fans) {
+    return jsonArray(fans, [](const FanReading& fan) { return encodeJson(fan); });
+}
 
-std::string toJsonArray(const std::vector<SensorReading>& sensors) { return jsonArray(sensors); }
+std::string toJsonArray(const std::vector<SensorReading>& sensors) {
+    return jsonArray(sensors, [](const SensorReading& sensor) { return encodeJson(sensor); });
+}
+
+namespace {
+
+std::string rowsJson(const HardwareSectionData::Rows& rows) {
+    return jsonArray(rows, [](const HardwareSpecItem& row) {
+        return JsonObjectWriter().string("label", row.label).string("value", row.value).text();
+    });
+}
+
+std::string rowsTable(const HardwareSectionData::Rows& rows, const std::string& indent) {
+    constexpr int labelWidth = 26;
+    std::string text;
+    for (const HardwareSpecItem& row : rows) {
+        text += indent + fitted(row.label, labelWidth - static_cast<int>(indent.size())) + " " +
+                row.value + '\n';
+    }
+    return text;
+}
+
+} // namespace
+
+std::string toJsonArray(const std::vector<HardwareSectionData>& sections) {
+    return jsonArray(sections, [](const HardwareSectionData& section) {
+        return JsonObjectWriter()
+            .string("title", section.title)
+            .string("subtitle", section.subtitle)
+            .string("icon", section.icon)
+            .string("accentColorName", section.accentColorName)
+            .raw("specs", rowsJson(section.specs))
+            .raw("subCards", jsonArray(section.subCards, rowsJson))
+            .text();
+    });
+}
+
+std::string hardwareTable(const std::vector<HardwareSectionData>& sections) {
+    std::string text;
+    for (const HardwareSectionData& section : sections) {
+        text += (text.empty() ? "" : "\n") + section.title + "\n" + section.subtitle + "\n" +
+                rowsTable(section.specs, "  ");
+        for (const auto& card : section.subCards) {
+            text += "\n" + rowsTable(card, "    ");
+        }
+    }
+    return text;
+}
 
 } // namespace ventaro

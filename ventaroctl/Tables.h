@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform.h"
+#include "SystemHardwareInfo.h"
 #include "TelemetryRecords.h"
 #include "Terminal.h"
 
@@ -17,6 +18,7 @@ struct Telemetry {
 };
 
 std::string fanTable(const std::vector<FanReading>& fans);
+std::string hardwareTable(const std::vector<HardwareSectionData>& sections);
 std::string sensorTable(const std::vector<SensorReading>& sensors, const TerminalStyle& style);
 
 /// What heads the live view: the program, and what kind of machine this is.
@@ -30,5 +32,7 @@ std::string watchLine(const Telemetry& telemetry, const std::string& time);
 /// JSON arrays of the records; they throw EncodingError for a number that is not finite.
 std::string toJsonArray(const std::vector<FanReading>& fans);
 std::string toJsonArray(const std::vector<SensorReading>& sensors);
+/// With the members of the section but its identifiers.
+std::string toJsonArray(const std::vector<HardwareSectionData>& sections);
 
 } // namespace ventaro

@@ -102,6 +102,7 @@ int run(int argc, char** argv) {
     auto* set = command("set", "force a fan to a speed");
     auto* automatic = command("auto", "give one fan, or all, back to the automatic control");
     const auto* ping = command("ping", "ask whether the helper answers");
+    const auto* hardware = command("hardware", "show what the machine is made of");
     auto* key = command("key", "show one SMC key: type, bytes, value");
 
     auto* profile = command("profile", "apply a profile once");
@@ -176,7 +177,8 @@ int run(int argc, char** argv) {
     }
 
     Platform& platform = Platform::install(makeHostPlatform(false).platform);
-    if (profile->parsed() || runCommand->parsed() || install->parsed() || uninstall->parsed()) {
+    if (profile->parsed() || runCommand->parsed() || install->parsed() || uninstall->parsed() ||
+        hardware->parsed()) {
         platform.session = makeHostSession(platform);
     }
     int exitCode = EXIT_SUCCESS;
@@ -202,6 +204,8 @@ int run(int argc, char** argv) {
         commands.profile(headless.profile, *platform.session->defaults, json);
     } else if (runCommand->parsed()) {
         runHeadless(commands, SMCService::shared(), HelperClient::shared(), platform, headless);
+    } else if (hardware->parsed()) {
+        commands.hardware(SystemHardwareInspector::shared(), json);
     } else if (install->parsed()) {
         std::cerr << "Waiting for an administrator's consent.\n";
         commands.installHelper(json);

@@ -56,6 +56,7 @@ void FanControllerViewModel::shutdown() {
         return;
     }
     timer_.reset();
+    inspector_.endCollection();
     gate_->close();
     handleAppTermination();
     Q_EMIT timerChanged();

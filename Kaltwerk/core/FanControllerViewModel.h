@@ -30,7 +30,7 @@ namespace ventaro {
 struct FanControllerDependencies {
     SMCService& smc;
     const HelperClient& helper;
-    HardwareInspector& inspector;
+    const SystemHardwareInspector& inspector;
     const MachineRoot& machineRoot;
     UserSession& session;
     TaskRunner& tasks;
@@ -180,8 +180,9 @@ public:
     /// answers. Blocks for two exchanges at most; failures are passed over.
     void handleAppTermination() const;
 
-    /// The one way out: stops the timer, sends no fan request any more, waits for those that are
-    /// just on their way, and calls `handleAppTermination`. Only the first call does anything.
+    /// The one way out: stops the timer, ends a running profiler, sends no fan request any more,
+    /// waits for those that are just on their way, and calls `handleAppTermination`. Only the first
+    /// call does anything.
     void shutdown();
 
 Q_SIGNALS:
@@ -292,7 +293,7 @@ private:
 
     SMCService& smc_;
     const HelperClient& helper_;
-    HardwareInspector& inspector_;
+    const SystemHardwareInspector& inspector_;
     const MachineRoot& machineRoot_;
     UserSession& session_;
     TaskRunner& tasks_;

@@ -2,6 +2,7 @@
 
 #include "FileDefaults.h"
 #include "LinuxClock.h"
+#include "LinuxHostInformation.h"
 #include "ProcessTable.h"
 
 #include <pwd.h>
@@ -68,6 +69,7 @@ UserSession makeLinuxSession() {
     session.defaults =
         std::make_unique<FileDefaults>(configuration / "ventaro/settings.cbor", logToStandardError);
     session.administratorScripts = std::make_unique<NoAdministratorScripts>();
+    session.hostInformation = std::make_unique<LinuxHostInformation>();
     session.runningApplications = std::make_unique<ProcessTable>();
     return session;
 }

@@ -1,8 +1,10 @@
 #include "MachineControl.h"
 
+#include "SmcWire.h"
 #include "UnixSocket.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace ventaro {
@@ -33,6 +35,14 @@ MachineCommandResult sendMachineCommand(const MachineRoot& root, const MachineCo
         throw std::runtime_error("no simulated machine answers at " + root.folder().string());
     }
     return {static_cast<int>(reply[0]), reply.substr(1, static_cast<std::size_t>(received) - 1)};
+}
+
+std::vector<std::string> simulatedProcessEnvironment(const MachineRoot& root, const char* access) {
+    const char* path = std::getenv("PATH");
+    return {std::string(MachineRoot::environmentVariable) + "=" + root.folder().string(),
+            std::string(SmcWire::accessVariable) + "=" + access,
+            "PATH=" + root.resolve("/usr/bin").string() + ":" +
+                (path != nullptr ? path : "/usr/bin:/bin")};
 }
 
 } // namespace ventaro

@@ -27,4 +27,8 @@ struct MachineCommandResult {
 MachineCommandResult sendMachineCommand(const MachineRoot& root, const MachineCommand& command,
                                         std::optional<std::chrono::milliseconds> patience);
 
+/// The environment entries of a process of the machine: its root, the access to its SMC
+/// (`SmcWire::accessVariable`), and its commands first in the search path.
+std::vector<std::string> simulatedProcessEnvironment(const MachineRoot& root, const char* access);
+
 } // namespace ventaro

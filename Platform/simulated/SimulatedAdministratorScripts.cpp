@@ -1,21 +1,12 @@
 #include "SimulatedAdministratorScripts.h"
 
-#include "FileDescriptor.h"
+#include "ChildProgram.h"
 #include "MachineControl.h"
 #include "SmcWire.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdlib>
 #include <utility>
-#include <vector>
 
 namespace ventaro {
 
@@ -53,82 +44,6 @@ std::string singleQuoted(std::string_view text) {
     return quoted + "'";
 }
 
-struct ShellResult {
-    bool succeeded;
-    std::string errors;
-};
-
-class Environment {
-public:
-    /// This process's, with `entries` ("NAME=value") added or put in place.
-    explicit Environment(std::vector<std::string> entries) : entries_(std::move(entries)) {
-        for (char** entry = environ; *entry != nullptr; ++entry) {
-            const std::string_view present = *entry;
-            const auto sameName = [present](const std::string& added) {
-                return present.starts_with(std::string_view(added).substr(0, added.find('=') + 1));
-            };
-            if (std::none_of(entries_.begin(), entries_.end(), sameName)) {
-                pointers_.push_back(*entry);
-            }
-        }
-        for (std::string& entry : entries_) {
-            pointers_.push_back(entry.data());
-        }
-        pointers_.push_back(nullptr);
-    }
-    char* const* get() { return pointers_.data(); }
-
-private:
-    std::vector<std::string> entries_;
-    std::vector<char*> pointers_;
-};
-
-ShellResult runInShell(std::string line, std::vector<std::string> environment) {
-    int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0) {
-        return {false, {}};
-    }
-    const FileDescriptor reading(ends[0]);
-    FileDescriptor writing(ends[1]);
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    ::posix_spawn_file_actions_adddup2(&actions, writing.get(), STDERR_FILENO);
-    posix_spawnattr_t attributes; // the caller may have blocked signals
-    ::posix_spawnattr_init(&attributes);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-
-    std::string shell = "sh";
-    std::string option = "-c";
-    char* const arguments[] = {shell.data(), option.data(), line.data(), nullptr};
-    Environment childEnvironment(std::move(environment));
-    pid_t child = 0;
-    const int spawned =
-        ::posix_spawn(&child, "/bin/sh", &actions, &attributes, arguments, childEnvironment.get());
-    ::posix_spawn_file_actions_destroy(&actions);
-    ::posix_spawnattr_destroy(&attributes);
-    writing.reset();
-    if (spawned != 0) {
-        return {false, {}};
-    }
-    std::string errors;
-    std::array<char, 4096> buffer;
-    for (ssize_t count = 0; (count = ::read(reading.get(), buffer.data(), buffer.size())) != 0;) {
-        if (count < 0 && errno != EINTR) {
-            break;
-        }
-        errors.append(buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
-    }
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return {WIFEXITED(status) && WEXITSTATUS(status) == 0, std::move(errors)};
-}
-
 std::optional<std::string> unlessEmpty(std::string text) {
     while (!text.empty() && text.back() == '\n') {
         text.pop_back();
@@ -151,15 +66,13 @@ public:
         } catch (const std::exception&) {
             return ScriptFailure{}; // the machine is off
         }
-        const char* path = std::getenv("PATH");
-        ShellResult result = runInShell(
-            movedBelowRoot(command_, root_),
-            {std::string(MachineRoot::environmentVariable) + "=" + root_.folder().string(),
-             std::string(SmcWire::accessVariable) + "=" + SmcWire::rootAccess,
-             "PATH=" + root_.resolve("/usr/bin").string() + ":" +
-                 (path != nullptr ? path : "/usr/bin:/bin")});
-        if (!result.succeeded) {
-            return ScriptFailure{unlessEmpty(std::move(result.errors))};
+        ChildProgram shell{"/bin/sh",
+                           {"-c", movedBelowRoot(command_, root_)},
+                           simulatedProcessEnvironment(root_, SmcWire::rootAccess),
+                           ChildProgram::Capture::errors};
+        ChildOutcome outcome = ChildPrograms().run(shell);
+        if (!outcome.hasSucceeded) {
+            return ScriptFailure{unlessEmpty(std::move(outcome.text))};
         }
         return std::nullopt;
     }

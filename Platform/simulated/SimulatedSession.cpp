@@ -5,6 +5,7 @@
 #include "ProcessTable.h"
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
+#include "SimulatedHostInformation.h"
 
 namespace ventaro {
 
@@ -18,6 +19,7 @@ UserSession makeSimulatedSession(const MachineRoot& root) {
     session.defaults = std::make_unique<FileDefaults>(
         home / "Library/Preferences/com.ventaro.app.cbor", logToStandardError);
     session.administratorScripts = std::make_unique<SimulatedAdministratorScripts>(root);
+    session.hostInformation = std::make_unique<SimulatedHostInformation>(root);
     session.runningApplications = std::make_unique<ProcessTable>(root);
     return session;
 }

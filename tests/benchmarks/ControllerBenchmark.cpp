@@ -2,6 +2,7 @@
 #include "FanControllerViewModel.h"
 #include "FileDescriptor.h"
 #include "InProcessIOKit.h"
+#include "LinuxHostInformation.h"
 #include "ProcessTable.h"
 #include "ThreadTaskRunner.h"
 
@@ -17,11 +18,6 @@
 
 namespace ventaro {
 namespace {
-
-class NoInspector final : public HardwareInspector {
-public:
-    std::vector<HardwareSectionData> loadAllHardwareSections() override { return {}; }
-};
 
 class MemoryDefaults final : public DefaultsStore {
 public:
@@ -93,7 +89,8 @@ struct Bench {
     InProcessIOKit ioKit{smc, false};
     SMCService service{ioKit};
     HelperClient client{"/nowhere/helper.sock"};
-    NoInspector inspector;
+    LinuxHostInformation host;
+    SystemHardwareInspector inspector{host};
     MachineRoot root;
     UserSession session;
     ThreadTaskRunner tasks;

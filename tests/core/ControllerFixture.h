@@ -98,13 +98,20 @@ struct ListedApplications final : RunningApplications {
     std::shared_ptr<const List> seen = std::make_shared<List>();
 };
 
-struct NoInspector final : HardwareInspector {
-    std::vector<HardwareSectionData> loadAllHardwareSections() override {
-        ++loads;
-        return sections;
+/// A host that knows nothing and counts how often its profiler runs.
+struct BlankHost final : HostInformation {
+    std::optional<std::string> runProgram(const std::string& /*path*/,
+                                          const std::vector<std::string>& /*arguments*/) override {
+        ++runs;
+        return std::nullopt;
     }
-    std::vector<HardwareSectionData> sections;
-    int loads = 0;
+    void endPrograms() override { hasEnded = true; }
+    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view /*name*/) override {
+        return std::nullopt;
+    }
+    std::string operatingSystemVersion() override { return "Version 0"; }
+    int runs = 0;
+    bool hasEnded = false;
 };
 
 /// A helper that keeps a record of its requests and answers as it is told, each on a thread.
@@ -333,7 +340,8 @@ protected:
     InProcessMachine machine_{{}, false};
     RecordingHelper helper_{folder_.path() / "helper.sock"};
     HelperClient client_{folder_.path() / "helper.sock"};
-    NoInspector inspector_;
+    BlankHost host_;
+    SystemHardwareInspector inspector_{host_};
     MachineRoot root_{folder_.path()};
     UserSession session_;
     ManualTasks tasks_;

@@ -300,7 +300,6 @@ TEST_F(FanControllerTest, TheFastReadoutTakesWhatItsKeysSay) {
 
 TEST_F(FanControllerTest, TheInventoryIsLoadedOnceAndAnewOnRequest) {
     Controller& controller = settled();
-    inspector_.sections.resize(1);
     controller.ensureHardwareSpecsLoaded();
     controller.ensureHardwareSpecsLoaded();
     controller.refreshHardwareSpecs();
@@ -308,10 +307,11 @@ TEST_F(FanControllerTest, TheInventoryIsLoadedOnceAndAnewOnRequest) {
     tasks_.runAll();
     EXPECT_FALSE(controller.isLoadingHardwareInfo());
     controller.ensureHardwareSpecsLoaded();
-    EXPECT_EQ(inspector_.loads, 1);
+    EXPECT_EQ(host_.runs, 1);
+    EXPECT_EQ(controller.hardwareSections().size(), 6U);
     controller.refreshHardwareSpecs();
     tasks_.runAll();
-    EXPECT_EQ(inspector_.loads, 2);
+    EXPECT_EQ(host_.runs, 2);
 }
 
 TEST_F(FanControllerTest, EachProfileDoesWhatItsRowSays) {
@@ -688,6 +688,7 @@ TEST_F(FanControllerTest, AfterTheShutdownNothingIsSent) {
     controller.startMonitoring();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
     EXPECT_FALSE(controller.isMonitoring());
+    EXPECT_TRUE(host_.hasEnded);
     controller.selectProfile(ControlProfile::silent);
     controller.selectProfile(ControlProfile::systemAuto);
     tasks_.runAll();

@@ -17,11 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class NoInspector final : public HardwareInspector {
-public:
-    std::vector<HardwareSectionData> loadAllHardwareSections() override { return {}; }
-};
-
 /// The real controller in this process, the real helper in its own, on a simulated MacBook whose
 /// clock the test steps.
 class ControlLoop {
@@ -52,8 +47,12 @@ public:
     void tick(const std::string& seconds = "2") {
         const std::int64_t count = controller_->tickCount() + 1;
         tell({"step", seconds});
-        EXPECT_TRUE(processUntil([&] { return controller_->tickCount() == count; }));
-        tasks_.finishAll();
+        EXPECT_TRUE(processUntil([&] {
+            return controller_->tickCount() == count && !controller_->isPollingInFlight();
+        }));
+        if (!controller_->isLoadingHardwareInfo()) {
+            tasks_.finishAll();
+        }
     }
     void settle() { tasks_.finishAll(); }
     static bool processUntil(const std::function<bool()>& condition) {
@@ -79,7 +78,7 @@ private:
                           [](std::chrono::milliseconds time) {
                               std::this_thread::sleep_for(time); // real: a process is starting
                           }}};
-    NoInspector inspector_;
+    SystemHardwareInspector inspector_{*session_.hostInformation};
     ThreadTaskRunner tasks_;
     std::unique_ptr<FanControllerViewModel> controller_;
 };
@@ -216,6 +215,29 @@ TEST(ControlLoopTest, AnSMCThatGoesAndComesBackIsReadAgain) {
     }
     EXPECT_GT(controller.cpuMaxTemp(), 20);
     EXPECT_FALSE(controller.sensors().empty());
+}
+
+TEST(ControlLoopTest, QuittingDoesNotWaitForTheProfiler) {
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        ControlLoop loop;
+        loop.controller().refreshHardwareSpecs();
+        loop.settle();
+        ASSERT_EQ(loop.controller().hardwareSections().size(), 6U);
+        EXPECT_EQ(loop.controller().hardwareSections()[4].subtitle,
+                  "APPLE SSD AP1024N · 1 TB PCIe x4 (8.0 GT/s)");
+        const fs::path profiler = loop.machine().path("/usr/sbin/system_profiler");
+        const fs::path started = loop.machine().folder() / "started";
+        fs::remove(profiler);
+        writeFile(profiler, "#!/bin/sh\n: >" + started.string() + "\nexec sleep 600\n");
+        fs::permissions(profiler, fs::perms(0755));
+        loop.controller().refreshHardwareSpecs();
+        EXPECT_TRUE(waitUntil([&] { return fs::exists(started); }));
+        loop.tick();
+        EXPECT_TRUE(loop.controller().isLoadingHardwareInfo()) << "and the loop goes on meanwhile";
+        loop.controller().shutdown();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(300));
 }
 
 TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {

@@ -80,6 +80,20 @@ TEST(Programs, ExitCodes) {
     }
 }
 
+TEST(Programs, TheInventoryIsATableOrJson) {
+    const SimulatedMachine machine;
+    const std::string table = machine.ctl({"hardware"}).output;
+    EXPECT_THAT(table, HasSubstr("\nProzessor (CPU)\nIntel(R) Core(TM) i9-9880H CPU @ 2.30GHz\n"
+                                 "  Modell                   Intel(R)"));
+    EXPECT_THAT(table, HasSubstr("\n\n    Modul-Bank / Kanal     BANK 2/ChannelB-DIMM0\n"));
+    EXPECT_THAT(table, HasSubstr("Version 11.7.10 (Build 20G1427)"));
+    EXPECT_THAT(machine.ctl({"hardware", "--json"}).output,
+                StartsWith("[{\"title\":\"System & Logic Board\","
+                           "\"subtitle\":\"MacBook Pro (MacBookPro16,1)\","
+                           "\"icon\":\"laptopcomputer\",\"accentColorName\":\"blue\","
+                           "\"specs\":[{\"label\":\"Modellname\",\"value\":\"MacBook Pro\"},"));
+}
+
 TEST(Programs, WithoutASmcNothingIsInvented) {
     const TemporaryFolder folder;
     for (const char* command : {"fans", "sensors", "watch"}) {

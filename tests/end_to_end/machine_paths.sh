@@ -15,6 +15,7 @@ strace -f -qq -e trace=%file,%network -s 300 -o "$work/trace" \
         VENTARO_MACHINE_ACCESS=root launchctl list
         VENTARO_MACHINE_ACCESS=root "$VENTARO_MACHINE_ROOT/Library/PrivilegedHelperTools/com.ventaro.helper" --reset-all
         "$bin/ventaroctl" auto
+        "$bin/ventaroctl" hardware
         "$bin/ventaroctl" uninstall
         "$bin/ventaroctl" install
         timeout -s INT 1 "$bin/ventaroctl" run --profile silent || true
@@ -25,7 +26,7 @@ if grep -E "$paths" "$work/trace"; then
     echo "the lines above leave the machine" >&2
     exit 1
 fi
-for expected in tmp/com.ventaro.helper.plist var/run/com.ventaro.helper.sock Library/LaunchDaemons/com.ventaro.helper.plist \
+for expected in usr/sbin/system_profiler tmp/com.ventaro.helper.plist var/run/com.ventaro.helper.sock Library/LaunchDaemons/com.ventaro.helper.plist \
     var/run/ventaro-simulator/smc-root.sock var/log/com.ventaro.helper.log; do
     grep -qF "\"$work/m/$expected" "$work/trace" || {
         echo "the trace does not show $expected, so it proves nothing" >&2

@@ -1,0 +1,39 @@
+#include "LinuxHostInformation.h"
+
+#include "LinuxProfiler.h"
+
+#include <sys/utsname.h>
+
+#include <sstream>
+
+namespace ventaro {
+
+std::optional<std::string>
+LinuxHostInformation::runProgram(const std::string& path,
+                                 const std::vector<std::string>& arguments) {
+    return path == "/usr/sbin/system_profiler"
+               ? std::optional(linuxProfilerDocument(host_, arguments))
+               : std::nullopt;
+}
+
+std::optional<std::vector<std::uint8_t>> LinuxHostInformation::kernelValue(std::string_view name) {
+    std::call_once(isRead_, [this] { kernelValues_ = readLinuxKernelValues(host_); });
+    const auto found = kernelValues_.find(name);
+    return found == kernelValues_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string LinuxHostInformation::operatingSystemVersion() {
+    constexpr std::string_view head = "PRETTY_NAME=";
+    std::istringstream lines(host_.bytes("/etc/os-release").value_or(""));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(head)) {
+            std::string name = line.substr(head.size());
+            std::erase(name, '"');
+            return name;
+        }
+    }
+    utsname system{};
+    return ::uname(&system) == 0 ? std::string(system.sysname) + " " + system.release : "Linux";
+}
+
+} // namespace ventaro
