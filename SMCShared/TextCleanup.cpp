@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 25> whiteSpace{
 } // namespace
 
 std::string trimmed(std::string_view text) {
-    const auto shorten = [&text](auto matches, auto cut) {
+    const auto shorten = [](auto matches, auto cut) {
         for (;;) {
             const auto found = std::find_if(whiteSpace.begin(), whiteSpace.end(), matches);
             if (found == whiteSpace.end()) {
