@@ -215,7 +215,8 @@ HardwareSectionData SystemHardwareInspector::buildGPUSection(const JsonObjectVie
     std::string names;
     std::vector<Rows> cards;
     for (const JsonObjectView& gpu : document.objects("SPDisplaysDataType")) {
-        names += (cards.empty() ? "" : " + ") + graphicsName(gpu);
+        names += cards.empty() ? "" : " + ";
+        names += graphicsName(gpu);
         cards.push_back(graphicsCard(gpu));
     }
     return {

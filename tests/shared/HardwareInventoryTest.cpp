@@ -161,7 +161,7 @@ const std::string fullDocument = R"({
 TEST(HardwareInventory, EveryMemberHasItsPlace) {
     TableHost host;
     host.document = fullDocument;
-    host.setText("machdep.cpu.brand_string", "  P1 \n\0rest");
+    host.setText("machdep.cpu.brand_string", std::string("  P1 \n\0rest", 11));
     host.setText("machdep.cpu.vendor", "P2");
     host.set<std::int32_t>("machdep.cpu.family", 23);
     host.set<std::int64_t>("machdep.cpu.model", 24);
