@@ -25,6 +25,10 @@ std::string text(const JsonObjectView& object, const char* key, const char* othe
     return object.string(key).value_or(text(object, otherKey, fallback));
 }
 
+std::string atSpeed(const std::string& type, const std::string& speed) {
+    return type + " @ " + speed;
+}
+
 std::string number(std::int64_t value) { return std::to_string(value); }
 
 std::string hexadecimal(std::int64_t value) {
@@ -135,7 +139,7 @@ HardwareSectionData SystemHardwareInspector::buildRAMSection(const JsonObjectVie
         cards.push_back({
             {"Modul-Bank / Kanal", text(module, "_name", "Slot")},
             {"Kapazität", text(module, "dimm_size")},
-            {"Typ & Takt", type + " @ " + speed},
+            {"Typ & Takt", atSpeed(type, speed)},
             {"Hersteller", manufacturer},
             {"Teilenummer (Part #)", partNumber},
             {"Status", upperCased(text(module, "dimm_status", "ok"))},
@@ -144,7 +148,7 @@ HardwareSectionData SystemHardwareInspector::buildRAMSection(const JsonObjectVie
     const auto count = static_cast<std::int64_t>(modules.size());
     return {
         .title = "Arbeitsspeicher (RAM)",
-        .subtitle = number(total) + " GB " + type + " @ " + speed + " (" + manufacturer + ")",
+        .subtitle = number(total) + " GB " + atSpeed(type, speed) + " (" + manufacturer + ")",
         .icon = "memorychip.fill",
         .accentColorName = "green",
         .specs =
