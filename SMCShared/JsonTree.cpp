@@ -36,7 +36,9 @@ public:
     bool binary(binary_t& /*value*/) override { return false; }
     bool start_object(std::size_t /*size*/) override { return enter(JsonNode::Object()); }
     bool end_object() override { return leave(); }
-    bool start_array(std::size_t /*size*/) override { return enter(JsonNode::Array()); }
+    bool start_array(std::size_t /*size*/) override {
+        return (!open_.empty() || skipped_ > 0) && enter(JsonNode::Array());
+    }
     bool end_array() override { return leave(); }
     bool key(string_t& name) override {
         if (skipped_ == 0) {
@@ -55,26 +57,29 @@ private:
     static constexpr std::size_t deepest = 32;
 
     /// Where a value goes; null if it is not wanted.
-    JsonNode* place() {
+    JsonNode* place(bool isObject) {
+        constexpr std::size_t mostElements = 256;
         if (open_.empty()) {
             return &root;
         }
         JsonNode::Value& parent = open_.back()->value();
         if (auto* array = std::get_if<JsonNode::Array>(&parent)) {
-            return &array->emplace_back();
+            const bool isKept = array->empty() || (isObject && array->size() < mostElements);
+            return isKept ? &array->emplace_back() : nullptr;
         }
         return isNextWanted_ ? &std::get<JsonNode::Object>(parent)[key_] : nullptr;
     }
     bool add(JsonNode::Value value) {
         if (skipped_ == 0) {
-            if (JsonNode* node = place()) {
+            if (JsonNode* node = place(false)) {
                 node->value() = std::move(value);
             }
         }
         return true;
     }
     bool enter(JsonNode::Value value) {
-        JsonNode* node = skipped_ == 0 && open_.size() < deepest ? place() : nullptr;
+        const bool isObject = std::holds_alternative<JsonNode::Object>(value);
+        JsonNode* node = skipped_ == 0 && open_.size() < deepest ? place(isObject) : nullptr;
         if (node == nullptr) {
             ++skipped_;
             return true;

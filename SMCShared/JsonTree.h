@@ -56,8 +56,8 @@ private:
 };
 
 /// Parses a text whose outermost value is an object and keeps the members that `isWanted`, at any
-/// depth: neither size nor depth of the rest costs memory. An object without members if the text is
-/// anything else.
+/// depth, and of each array the first element and the objects, 256 at most: neither size nor depth
+/// of the rest costs memory. An object without members if the text is anything else.
 JsonNode::Object parseJsonTree(std::string_view text,
                                const std::function<bool(std::string_view key)>& isWanted);
 

@@ -3,15 +3,18 @@
 #include "HeadlessControl.h"
 #include "HostPlatform.h"
 #include "HostSession.h"
+#include "StopSignals.h"
 #include "Watch.h"
 
 #include <CLI/CLI.hpp>
+#include <poll.h>
 
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -67,6 +70,17 @@ std::vector<std::string> sourceNames() {
         names.emplace_back(caseName(source));
     }
     return names;
+}
+
+/// Takes a profiler along when a signal ends this program.
+void endProfilerOnSignals() {
+    static const StopSignals signals;
+    std::thread([] {
+        pollfd entry{signals.descriptor(), POLLIN, 0};
+        ::poll(&entry, 1, -1);
+        SystemHardwareInspector::shared().endCollection();
+        std::_Exit(exitRefused);
+    }).detach();
 }
 
 /// How a second terminal reaches the same machine, where that takes more than the command's name.
@@ -205,6 +219,7 @@ int run(int argc, char** argv) {
     } else if (runCommand->parsed()) {
         runHeadless(commands, SMCService::shared(), HelperClient::shared(), platform, headless);
     } else if (hardware->parsed()) {
+        endProfilerOnSignals();
         commands.hardware(SystemHardwareInspector::shared(), json);
     } else if (install->parsed()) {
         std::cerr << "Waiting for an administrator's consent.\n";

@@ -89,12 +89,18 @@ pid_t ChildPrograms::start(const ChildProgram& program, int captured) {
                                        "/dev/null", O_WRONLY, 0);
     ::posix_spawn_file_actions_adddup2(&actions, captured,
                                        wantsOutput ? STDOUT_FILENO : STDERR_FILENO);
-    posix_spawnattr_t attributes; // the caller may have blocked signals
+    // A group of its own, to be ended with all that it starts; the caller's signals are not its.
+    posix_spawnattr_t attributes;
     ::posix_spawnattr_init(&attributes);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::posix_spawnattr_setsigmask(&attributes, &signals);
+    ::sigaddset(&signals, SIGCHLD);
+    ::sigaddset(&signals, SIGPIPE);
+    ::posix_spawnattr_setsigdefault(&attributes, &signals);
+    ::posix_spawnattr_setpgroup(&attributes, 0);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                POSIX_SPAWN_SETPGROUP);
 
     std::vector<std::string> words = program.arguments;
     words.insert(words.begin(), program.path);
@@ -133,16 +139,18 @@ bool ChildPrograms::waitFor(pid_t child) {
     const std::lock_guard guard(lock_);
     running_.erase(child);
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    pid_t reaped = 0;
+    do {
+        reaped = ::waitpid(child, &status, 0);
+    } while (reaped < 0 && errno == EINTR);
+    return reaped == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 void ChildPrograms::end() {
     const std::lock_guard guard(lock_);
     hasEnded_ = true;
     for (const pid_t child : running_) {
-        ::kill(child, SIGKILL);
+        ::kill(-child, SIGKILL);
     }
 }
 

@@ -31,7 +31,8 @@ class ChildPrograms {
 public:
     /// Blocks until the program has closed what is captured and has ended.
     ChildOutcome run(const ChildProgram& program);
-    /// Kills the programs that are running and starts none any more.
+    /// Kills the programs that are running, with all that they have started, and starts none any
+    /// more.
     void end();
 
 private:

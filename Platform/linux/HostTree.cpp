@@ -1,5 +1,7 @@
 #include "HostTree.h"
 
+#include <string.h>
+
 #include <algorithm>
 #include <charconv>
 #include <fstream>
@@ -55,7 +57,9 @@ std::vector<fs::path> HostTree::entries(const fs::path& folder, std::string_view
             found.push_back(folder / name);
         }
     }
-    std::sort(found.begin(), found.end());
+    std::sort(found.begin(), found.end(), [](const fs::path& left, const fs::path& right) {
+        return ::strverscmp(left.c_str(), right.c_str()) < 0;
+    });
     return found;
 }
 

@@ -24,7 +24,7 @@ public:
     /// The file's text as a decimal number.
     std::optional<std::int64_t> number(const std::filesystem::path& path) const;
     /// The entries of a folder whose names begin with `prefix`, as paths like `folder`, in the
-    /// order of their names.
+    /// order of their names, in which p2 stands before p10.
     std::vector<std::filesystem::path> entries(const std::filesystem::path& folder,
                                                std::string_view prefix = {}) const;
     /// The name that the target of a symbolic link ends in.

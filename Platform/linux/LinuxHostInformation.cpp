@@ -24,11 +24,16 @@ std::optional<std::vector<std::uint8_t>> LinuxHostInformation::kernelValue(std::
 
 std::string LinuxHostInformation::operatingSystemVersion() {
     constexpr std::string_view head = "PRETTY_NAME=";
-    std::istringstream lines(host_.bytes("/etc/os-release").value_or(""));
+    auto release = host_.bytes("/etc/os-release");
+    if (!release) {
+        release = host_.bytes("/usr/lib/os-release");
+    }
+    std::istringstream lines(release.value_or(""));
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with(head)) {
             std::string name = line.substr(head.size());
-            std::erase(name, '"');
+            std::erase_if(name,
+                          [](char character) { return character == '"' || character == '\''; });
             return name;
         }
     }

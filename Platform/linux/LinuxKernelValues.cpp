@@ -1,6 +1,7 @@
 #include "LinuxKernelValues.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <set>
 #include <sstream>
@@ -38,7 +39,7 @@ struct ProcessorTable {
         std::pair<std::string, std::string> core;
         for (std::string line; std::getline(lines, line);) {
             const std::size_t colon = line.find(':');
-            const std::size_t nameEnd = line.find_last_not_of(" \t", colon - 1);
+            const std::size_t nameEnd = line.substr(0, colon).find_last_not_of(" \t");
             if (colon == std::string::npos || nameEnd == std::string::npos) {
                 continue;
             }
@@ -70,6 +71,14 @@ struct ProcessorTable {
     std::int64_t threads = 0;
 };
 
+/// A product of what files say; no value for one that is not positive or has no room.
+std::optional<std::int64_t> product(std::optional<std::int64_t> left, std::int64_t right) {
+    std::int64_t value = 0;
+    return left && *left > 0 && right > 0 && !__builtin_mul_overflow(*left, right, &value)
+               ? std::optional(value)
+               : std::nullopt;
+}
+
 /// "32K" or "1M" in bytes.
 std::optional<std::int64_t> parseCacheSize(std::string text) {
     constexpr std::int64_t kilobyte = 1024;
@@ -78,8 +87,7 @@ std::optional<std::int64_t> parseCacheSize(std::string text) {
         unit = text.back() == 'K' ? kilobyte : kilobyte * kilobyte;
         text.pop_back();
     }
-    const auto number = parseInteger(text);
-    return number ? std::optional(*number * unit) : std::nullopt;
+    return product(parseInteger(text), unit);
 }
 
 std::optional<std::int64_t> cacheSize(const HostTree& host, const char* level, const char* type) {
@@ -92,22 +100,40 @@ std::optional<std::int64_t> cacheSize(const HostTree& host, const char* level, c
     return std::nullopt;
 }
 
-/// In Hz: the guaranteed frequency, else the highest, else what the kernel measured at its start.
+/// The number that `text` begins with, times `factor`; no value if it begins with none.
+std::optional<std::int64_t> scaled(std::string_view text, double factor) {
+    constexpr double largest = 1e12; // Hz; no processor's
+    double value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    const double hertz = value * factor;
+    return result.ec == std::errc{} && hertz > 0 && hertz < largest
+               ? std::optional(static_cast<std::int64_t>(std::llround(hertz)))
+               : std::nullopt;
+}
+
+/// In Hz: the guaranteed frequency, else the one in the processor's name, else the highest, else
+/// what the kernel measured at its start.
 std::optional<std::int64_t> frequency(const HostTree& host, const ProcessorTable& table) {
     constexpr std::int64_t kilohertz = 1000;
-    constexpr double megahertz = 1e6;
-    const std::filesystem::path folder = "/sys/devices/system/cpu/cpu0/cpufreq";
-    for (const char* file : {"base_frequency", "cpuinfo_max_freq"}) {
-        if (const auto known = host.number(folder / file)) {
-            return *known * kilohertz;
+    constexpr std::int64_t megahertz = 1000 * kilohertz;
+    constexpr double gigahertz = 1e9;
+    const std::filesystem::path cpu = "/sys/devices/system/cpu/cpu0";
+    if (const auto guaranteed = product(host.number(cpu / "cpufreq/base_frequency"), kilohertz)) {
+        return guaranteed;
+    }
+    if (const auto nominal = product(host.number(cpu / "acpi_cppc/nominal_freq"), megahertz)) {
+        return nominal;
+    }
+    const std::string name = table.text("model name").value_or("");
+    if (const std::size_t at = name.find("@ "); at != std::string::npos) {
+        if (const auto named = scaled(std::string_view(name).substr(at + 2), gigahertz)) {
+            return named;
         }
     }
-    const std::string measured = table.text("cpu MHz").value_or("");
-    double value = 0;
-    const auto result = std::from_chars(measured.data(), measured.data() + measured.size(), value);
-    return result.ec == std::errc{} && value > 0 && value < megahertz
-               ? std::optional(static_cast<std::int64_t>(value * megahertz))
-               : std::nullopt;
+    if (const auto highest = product(host.number(cpu / "cpufreq/cpuinfo_max_freq"), kilohertz)) {
+        return highest;
+    }
+    return scaled(table.text("cpu MHz").value_or(""), static_cast<double>(megahertz));
 }
 
 /// The memory that is installed, in bytes: the kernel's own count leaves out what it has reserved.
@@ -121,12 +147,18 @@ std::optional<std::int64_t> memorySize(const HostTree& host) {
         const std::string name = entry.filename();
         blocks += parseInteger(std::string_view(name).substr(std::strlen("memory"))) ? 1 : 0;
     }
-    return blockSize && blocks > 0 ? std::optional(*blockSize * blocks) : std::nullopt;
+    return product(blockSize, blocks);
 }
 
-std::optional<std::int64_t> coreCount(const ProcessorTable& table) {
-    return table.cores.empty() ? table.number("cpu cores")
-                               : std::optional(static_cast<std::int64_t>(table.cores.size()));
+std::optional<std::int64_t> coreCount(const HostTree& host, const ProcessorTable& table) {
+    std::set<std::pair<std::string, std::string>> cores; // package and core
+    for (const auto& cpu : host.entries("/sys/devices/system/cpu", "cpu")) {
+        if (const auto core = host.text(cpu / "topology/core_id")) {
+            cores.emplace(host.text(cpu / "topology/physical_package_id").value_or(""), *core);
+        }
+    }
+    const std::size_t count = cores.empty() ? table.cores.size() : cores.size();
+    return count == 0 ? table.number("cpu cores") : std::optional(static_cast<std::int64_t>(count));
 }
 
 std::optional<std::int64_t> microcode(const HostTree& host, const ProcessorTable& table) {
@@ -156,7 +188,7 @@ LinuxKernelValues readLinuxKernelValues(const HostTree& host) {
         {"machdep.cpu.family", integerBytes(table.number("cpu family"))},
         {"machdep.cpu.model", integerBytes(table.number("model"))},
         {"machdep.cpu.stepping", integerBytes(table.number("stepping"))},
-        {"machdep.cpu.core_count", integerBytes(coreCount(table))},
+        {"machdep.cpu.core_count", integerBytes(coreCount(host, table))},
         {"machdep.cpu.thread_count",
          table.threads > 0 ? integerBytes(table.threads) : std::nullopt},
         {"machdep.cpu.microcode_version", integerBytes(microcode(host, table))},

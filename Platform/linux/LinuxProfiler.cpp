@@ -2,6 +2,8 @@
 
 #include "LinuxProfilerParts.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -11,14 +13,6 @@ namespace ventaro {
 using nlohmann::json;
 
 namespace {
-
-/// What makers leave in a field that they had nothing to say in.
-bool isPlaceholder(const std::string& text) {
-    constexpr std::array<std::string_view, 8> placeholders{
-        "To Be Filled By O.E.M.", "To be filled by O.E.M.", "Default string", "Not Specified",
-        "System Serial Number",   "System Product Name",    "None",           "Unknown"};
-    return std::find(placeholders.begin(), placeholders.end(), text) != placeholders.end();
-}
 
 std::optional<std::string> dmiText(const HostTree& host, const char* field) {
     auto text = host.text(std::filesystem::path("/sys/class/dmi/id") / field);
@@ -43,8 +37,10 @@ std::optional<std::string> bootLoader(const HostTree& host) {
 json hardware(const HostTree& host) {
     json overview = json::object();
     const auto product = dmiText(host, "product_name");
-    const auto family = dmiText(host, "product_family");
-    addMember(overview, "machine_name", family ? family : product);
+    // Lenovo's product names are order numbers.
+    const bool isLenovo = host.text("/sys/class/dmi/id/sys_vendor") == "LENOVO";
+    const auto version = isLenovo ? dmiText(host, "product_version") : std::nullopt;
+    addMember(overview, "machine_name", version ? version : product);
     addMember(overview, "machine_model", product);
     addMember(overview, "serial_number", dmiText(host, "product_serial"));
     addMember(overview, "boot_rom_version", dmiText(host, "bios_version"));
@@ -69,7 +65,12 @@ std::optional<std::int64_t> fullCharge(const HostTree& host, const std::filesyst
 
 json power(const HostTree& host) {
     json items = json::array();
-    for (const auto& battery : host.entries("/sys/class/power_supply", "BAT")) {
+    for (const auto& battery : host.entries("/sys/class/power_supply")) {
+        // Not the one of a mouse, nor an empty bay.
+        if (host.text(battery / "type") != "Battery" || host.text(battery / "scope") == "Device" ||
+            host.number(battery / "present") == 0) {
+            continue;
+        }
         json model = json::object();
         addMember(model, "sppower_battery_manufacturer", host.text(battery / "manufacturer"));
         addMember(model, "sppower_battery_device_name", host.text(battery / "model_name"));
@@ -90,6 +91,22 @@ json power(const HostTree& host) {
 }
 
 } // namespace
+
+bool isPlaceholder(const std::string& text) {
+    constexpr std::array<const char*, 9> placeholders{
+        "To Be Filled By O.E.M.", "Default string", "Not Specified",
+        "Not Applicable",         "O.E.M.",         "System Serial Number",
+        "System Product Name",    "None",           "Unknown"};
+    return std::any_of(placeholders.begin(), placeholders.end(), [&](const char* placeholder) {
+        return ::strcasecmp(text.c_str(), placeholder) == 0;
+    });
+}
+
+std::string describeMemory(std::int64_t megabytes) {
+    constexpr std::int64_t gigabyte = 1024;
+    return megabytes % gigabyte == 0 ? std::to_string(megabytes / gigabyte) + " GB"
+                                     : std::to_string(megabytes) + " MB";
+}
 
 std::string linuxProfilerDocument(const HostTree& host, const std::vector<std::string>& dataTypes) {
     const std::pair<std::string_view, json (*)(const HostTree&)> sources[] = {

@@ -1,6 +1,6 @@
 #include "LinuxProfilerParts.h"
 
-#include <array>
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -22,7 +22,8 @@ std::string pciNumber(const HostTree& host, const fs::path& file) {
 class PciNames {
 public:
     explicit PciNames(const HostTree& host) {
-        for (const char* file : {"/usr/share/misc/pci.ids", "/usr/share/hwdata/pci.ids"}) {
+        for (const char* file :
+             {"/usr/share/misc/pci.ids", "/usr/share/hwdata/pci.ids", "/usr/share/pci.ids"}) {
             if (auto bytes = host.bytes(file)) {
                 names_ = "\n" + *bytes;
                 return;
@@ -69,8 +70,11 @@ std::optional<std::string> monitorName(const std::string& edid) {
         const std::size_t begin = firstDescriptor + index * descriptorSize;
         if (edid.size() >= begin + descriptorSize &&
             std::string_view(edid).substr(begin, nameHead.size()) == nameHead) {
-            const std::string text = edid.substr(begin + textOffset, descriptorSize - textOffset);
-            return text.substr(0, text.find('\n'));
+            std::string text = edid.substr(begin + textOffset, descriptorSize - textOffset);
+            text.erase(std::min(text.find('\n'), text.size()));
+            std::erase_if(text, [](char character) { return character < ' ' || character > '~'; });
+            text.erase(text.find_last_not_of(' ') + 1);
+            return text.empty() ? std::nullopt : std::optional(text);
         }
     }
     return std::nullopt;
@@ -115,25 +119,20 @@ json connectedDisplays(const HostTree& host, const std::string& address) {
 
 std::optional<std::string> videoMemory(const HostTree& host, const fs::path& device) {
     constexpr std::int64_t megabyte = 1 << 20U;
-    constexpr std::int64_t megabytesPerGigabyte = 1024;
     const auto bytes = host.number(device / "mem_info_vram_total");
-    if (!bytes) {
-        return std::nullopt;
-    }
-    const std::int64_t megabytes = *bytes / megabyte;
-    return megabytes % megabytesPerGigabyte == 0
-               ? std::to_string(megabytes / megabytesPerGigabyte) + " GB"
-               : std::to_string(megabytes) + " MB";
+    return bytes && *bytes > 0 ? std::optional(describeMemory(*bytes / megabyte)) : std::nullopt;
 }
 
 json describe(const HostTree& host, const fs::path& device, const PciNames& names) {
     const std::string vendor = pciNumber(host, device / "vendor");
     const std::string id = pciNumber(host, device / "device");
     const std::string revision = pciNumber(host, device / "revision");
-    json object = {{"_name", "PCI " + vendor + ":" + id},
-                   {"spdisplays_device-id", "0x" + id},
-                   {"spdisplays_vendor", names.vendor(vendor).value_or("0x" + vendor)}};
+    json object = {{"_name", "PCI " + vendor + ":" + id}};
+    addMember(object, "spdisplays_vendor", names.vendor(vendor));
     addMember(object, "sppci_model", names.device(vendor, id));
+    if (!id.empty()) {
+        object["spdisplays_device-id"] = "0x" + id;
+    }
     if (!revision.empty()) {
         object["spdisplays_revision-id"] = "0x" + revision;
     }
@@ -150,11 +149,14 @@ json describe(const HostTree& host, const fs::path& device, const PciNames& name
 
 json profileDisplays(const HostTree& host) {
     constexpr std::string_view displayClass = "0x03";
-    const PciNames names(host);
+    std::optional<PciNames> names; // read when there is something to be named
     json processors = json::array();
     for (const auto& device : host.entries("/sys/bus/pci/devices")) {
         if (host.text(device / "class").value_or("").starts_with(displayClass)) {
-            processors.push_back(describe(host, device, names));
+            if (!names) {
+                names.emplace(host);
+            }
+            processors.push_back(describe(host, device, *names));
         }
     }
     return processors;

@@ -1,6 +1,6 @@
 #include "LinuxProfilerParts.h"
 
-#include <array>
+#include <algorithm>
 #include <string>
 
 namespace ventaro {
@@ -80,30 +80,75 @@ std::optional<std::string> moduleType(const FirmwareStructure& module) {
     }
 }
 
+std::optional<std::string> unlessPlaceholder(std::optional<std::string> text) {
+    return text && !isPlaceholder(*text) ? text : std::nullopt;
+}
+
+/// In MT/s; 0 if it is not known.
+std::size_t moduleSpeed(const FirmwareStructure& module) {
+    constexpr std::size_t isExtended = 0xFFFF;
+    constexpr std::size_t speed = 0x15;
+    constexpr std::size_t configuredSpeed = 0x20;
+    constexpr std::size_t extendedSpeed = 0x54;
+    constexpr std::size_t extendedConfiguredSpeed = 0x58;
+    const auto read = [&](std::size_t field, std::size_t extendedField) {
+        const std::size_t rate = module.word(field);
+        return rate == isExtended ? module.doubleWord(extendedField) : rate;
+    };
+    const std::size_t configured = read(configuredSpeed, extendedConfiguredSpeed);
+    return configured != 0 ? configured : read(speed, extendedSpeed);
+}
+
 json describe(const FirmwareStructure& module, std::size_t megabytes) {
-    constexpr std::size_t gigabyte = 1024; // MiB
     constexpr std::size_t locator = 0x10;
     constexpr std::size_t bankLocator = 0x11;
-    constexpr std::size_t speed = 0x15;
     constexpr std::size_t manufacturer = 0x17;
     constexpr std::size_t partNumber = 0x1A;
-    constexpr std::size_t configuredSpeed = 0x20;
-    const auto bank = module.text(bankLocator);
-    const auto slot = module.text(locator);
-    json object = json::object();
-    addMember(object, "_name", bank && slot ? std::optional(*bank + "/" + *slot) : slot);
-    object["dimm_size"] = megabytes % gigabyte == 0 ? std::to_string(megabytes / gigabyte) + " GB"
-                                                    : std::to_string(megabytes) + " MB";
-    const std::size_t rate =
-        module.word(configuredSpeed) != 0 ? module.word(configuredSpeed) : module.word(speed);
-    if (rate != 0) {
+    const auto bank = unlessPlaceholder(module.text(bankLocator));
+    const auto slot = unlessPlaceholder(module.text(locator));
+    json object = {{"dimm_size", describeMemory(static_cast<std::int64_t>(megabytes))}};
+    addMember(object, "_name",
+              bank && slot ? std::optional(*bank + "/" + *slot) : (slot ? slot : bank));
+    if (const std::size_t rate = moduleSpeed(module); rate != 0) {
         object["dimm_speed"] = std::to_string(rate) + " MHz";
     }
     addMember(object, "dimm_type", moduleType(module));
-    addMember(object, "dimm_manufacturer", module.text(manufacturer));
-    addMember(object, "dimm_part_number", module.text(partNumber));
-    object["dimm_status"] = "ok";
+    addMember(object, "dimm_manufacturer", unlessPlaceholder(module.text(manufacturer)));
+    addMember(object, "dimm_part_number", unlessPlaceholder(module.text(partNumber)));
     return object;
+}
+
+/// What udev has read of the firmware's tables, which only root may; "MEMORY_DEVICE_0_SIZE=...".
+json modulesFromUdev(const HostTree& host) {
+    constexpr std::int64_t megabyte = 1 << 20U;
+    constexpr int mostSlots = 64;
+    const std::string lines = "\n" + host.bytes("/run/udev/data/+dmi:id").value_or("");
+    json modules = json::array();
+    for (int slot = 0; slot < mostSlots; ++slot) {
+        const auto property = [&](const char* name) -> std::optional<std::string> {
+            const std::string head = "\nE:MEMORY_DEVICE_" + std::to_string(slot) + "_" + name + "=";
+            const std::size_t at = lines.find(head);
+            if (at == std::string::npos) {
+                return std::nullopt;
+            }
+            const std::size_t begin = at + head.size();
+            return unlessPlaceholder(lines.substr(begin, lines.find('\n', begin) - begin));
+        };
+        const auto bytes = parseInteger(property("SIZE").value_or(""));
+        if (!bytes || *bytes <= 0) {
+            continue;
+        }
+        json object = {{"dimm_size", describeMemory(*bytes / megabyte)}};
+        addMember(object, "_name", property("LOCATOR"));
+        if (const auto rate = property("CONFIGURED_SPEED_MTS")) {
+            object["dimm_speed"] = *rate + " MHz";
+        }
+        addMember(object, "dimm_type", property("TYPE"));
+        addMember(object, "dimm_manufacturer", property("MANUFACTURER"));
+        addMember(object, "dimm_part_number", property("PART_NUMBER"));
+        modules.push_back(object);
+    }
+    return modules;
 }
 
 } // namespace
@@ -120,6 +165,9 @@ json profileMemory(const HostTree& host) {
         if (const std::size_t megabytes = moduleSize(module); megabytes != 0) {
             modules.push_back(describe(module, megabytes));
         }
+    }
+    if (modules.empty()) {
+        modules = modulesFromUdev(host);
     }
     return json::array({{{"_items", modules}}});
 }

@@ -22,6 +22,12 @@ void addMember(nlohmann::json& object, const char* name, const std::optional<T>&
     }
 }
 
+/// Whether a text of the firmware is what makers leave where they had nothing to say.
+bool isPlaceholder(const std::string& text);
+
+/// "16 GB", or "1536 MB" if it is no whole number of them.
+std::string describeMemory(std::int64_t megabytes);
+
 /// As macOS writes a size: decimal units, at most two decimals, "500.28 GB".
 std::string describeSize(double bytes);
 

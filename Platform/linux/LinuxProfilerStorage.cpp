@@ -4,9 +4,11 @@
 
 #include <array>
 #include <charconv>
+#include <initializer_list>
 #include <map>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace ventaro {
 
@@ -22,32 +24,81 @@ struct Mount {
     std::string fileSystem;
 };
 
-/// What is mounted where, by device number ("259:1").
-std::map<std::string, Mount> mounts(const HostTree& host) {
-    std::map<std::string, Mount> found;
+using Mounts = std::map<std::string, Mount>;
+
+/// A text in which some characters stand as a backslash, `lead` and digits to `base`: "\\040" in
+/// the kernel's tables, "\\x20" in udev's.
+std::string unescaped(std::string_view text, std::string_view lead, std::size_t digits, int base) {
+    std::string plain;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const std::string_view rest = text.substr(index);
+        const auto code = rest.starts_with(lead) && rest.size() >= lead.size() + digits
+                              ? parseInteger(rest.substr(lead.size(), digits), base)
+                              : std::nullopt;
+        plain += code && *code > 0 && *code < 256 ? static_cast<char>(*code) : text[index];
+        index += code ? lead.size() + digits - 1 : 0;
+    }
+    return plain;
+}
+
+/// What is mounted where, by device number ("259:1") and by device file ("/dev/nvme0n1p1"): some
+/// file systems have numbers of their own.
+Mounts mounts(const HostTree& host) {
+    constexpr std::size_t octalDigits = 3;
+    constexpr int octal = 8;
+    Mounts found;
     std::istringstream lines(host.bytes("/proc/self/mountinfo").value_or(""));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string ignored;
+        std::string number;
         std::string device;
         Mount mount;
-        words >> ignored >> ignored >> device >> ignored >> mount.point;
+        words >> ignored >> ignored >> number >> ignored >> mount.point;
         for (std::string word; word != "-" && words >> word;) {
         }
-        words >> mount.fileSystem;
+        words >> mount.fileSystem >> device;
+        mount.point = unescaped(mount.point, "\\", octalDigits, octal);
+        found.try_emplace(number, mount);
         found.try_emplace(device, mount);
     }
     return found;
 }
 
-/// A property that udev has found out about a block device.
+/// Where a block device is mounted, itself or what lies on it (an encrypted or logical volume).
+const Mount* findMount(const HostTree& host, const fs::path& block, const Mounts& mounted,
+                       int depth = 0) {
+    constexpr int deepest = 4;
+    for (const std::string& name :
+         {host.text(block / "dev").value_or(""), "/dev/" + block.filename().string()}) {
+        if (const auto found = mounted.find(name); found != mounted.end()) {
+            return &found->second;
+        }
+    }
+    for (const auto& holder : host.entries(block / "holders")) {
+        const Mount* mount = depth < deepest
+                                 ? findMount(host, fs::path("/sys/class/block") / holder.filename(),
+                                             mounted, depth + 1)
+                                 : nullptr;
+        if (mount != nullptr) {
+            return mount;
+        }
+    }
+    return nullptr;
+}
+
+/// The first of these properties that udev has found out about a block device.
 std::optional<std::string> udevProperty(const HostTree& host, const std::string& device,
-                                        const std::string& name) {
-    const std::string head = "E:" + name + "=";
-    std::istringstream lines(host.bytes("/run/udev/data/b" + device).value_or(""));
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with(head)) {
-            return line.substr(head.size());
+                                        std::initializer_list<const char*> names) {
+    constexpr std::size_t hexadecimalDigits = 2;
+    constexpr int hexadecimal = 16;
+    const std::string lines = "\n" + host.bytes("/run/udev/data/b" + device).value_or("");
+    for (const char* name : names) {
+        const std::string head = std::string("\nE:") + name + "=";
+        if (const std::size_t at = lines.find(head); at != std::string::npos) {
+            const std::size_t begin = at + head.size();
+            return unescaped(std::string_view(lines).substr(begin, lines.find('\n', begin) - begin),
+                             "\\x", hexadecimalDigits, hexadecimal);
         }
     }
     return std::nullopt;
@@ -68,43 +119,39 @@ std::optional<std::string> freeSpace(const HostTree& host, const std::string& mo
                         static_cast<double>(status.f_frsize));
 }
 
-json describeVolume(const HostTree& host, const fs::path& partition,
-                    const std::map<std::string, Mount>& mounted) {
+json describeVolume(const HostTree& host, const fs::path& partition, const Mounts& mounted) {
     const std::string name = partition.filename();
     const std::string device = host.text(partition / "dev").value_or("");
-    const auto mount = mounted.find(device);
-    auto label = udevProperty(host, device, "ID_FS_LABEL");
-    if (!label) {
-        label = udevProperty(host, device, "ID_PART_ENTRY_NAME");
-    }
+    const auto label = udevProperty(host, device, {"ID_FS_LABEL_ENC", "ID_PART_ENTRY_NAME"});
     json volume = {{"_name", label.value_or(name)}, {"bsd_name", name}};
     addMember(volume, "size", sizeOf(host, partition));
-    if (mount != mounted.end()) {
-        volume["file_system"] = mount->second.fileSystem;
-        addMember(volume, "free_space", freeSpace(host, mount->second.point));
+    if (const Mount* mount = findMount(host, partition, mounted)) {
+        volume["file_system"] = mount->fileSystem;
+        addMember(volume, "free_space", freeSpace(host, mount->point));
     } else {
-        addMember(volume, "file_system", udevProperty(host, device, "ID_FS_TYPE"));
+        addMember(volume, "file_system", udevProperty(host, device, {"ID_FS_TYPE"}));
     }
     return volume;
 }
 
-json describeDrive(const HostTree& host, const fs::path& controller, const std::string& name) {
-    const fs::path block = fs::path("/sys/block") / name;
+json describeDrive(const HostTree& host, const fs::path& block, const Mounts& mounted) {
+    const std::string name = block.filename();
+    const fs::path controller = block / "device";
+    const fs::path link = controller / "device";
     json drive = {{"bsd_name", name}};
     addMember(drive, "device_model", host.text(controller / "model"));
     addMember(drive, "device_serial", host.text(controller / "serial"));
     addMember(drive, "device_revision", host.text(controller / "firmware_rev"));
     addMember(drive, "size", sizeOf(host, block));
-    if (const auto speed = host.text(controller / "device/current_link_speed")) {
-        drive["spnvme_linkspeed"] = speed->substr(0, speed->find(" PCIe")); // "8.0 GT/s PCIe"
-    }
-    if (const auto width = host.text(controller / "device/current_link_width")) {
-        drive["spnvme_linkwidth"] = "x" + *width;
+    const auto width = host.number(link / "current_link_width");
+    if (width && *width > 0) { // otherwise both are not known
+        const std::string speed = host.text(link / "current_link_speed").value_or("");
+        drive["spnvme_linkwidth"] = "x" + std::to_string(*width);
+        drive["spnvme_linkspeed"] = speed.substr(0, speed.find(" PCIe")); // "8.0 GT/s PCIe"
     }
     if (const auto largest = host.number(block / "queue/discard_max_bytes")) {
         drive["spnvme_trim_support"] = *largest > 0 ? "Yes" : "No";
     }
-    const auto mounted = mounts(host);
     json volumes = json::array();
     for (const auto& partition : host.entries(block, name + "p")) {
         volumes.push_back(describeVolume(host, partition, mounted));
@@ -133,12 +180,10 @@ std::string describeSize(double bytes) {
 }
 
 json profileStorage(const HostTree& host) {
+    const Mounts mounted = mounts(host);
     json drives = json::array();
-    for (const auto& controller : host.entries("/sys/class/nvme", "nvme")) {
-        const std::string name = controller.filename();
-        for (const auto& block : host.entries("/sys/block", name + "n")) {
-            drives.push_back(describeDrive(host, controller, block.filename()));
-        }
+    for (const auto& block : host.entries("/sys/block", "nvme")) {
+        drives.push_back(describeDrive(host, block, mounted));
     }
     return json::array({{{"_items", drives}}});
 }

@@ -229,7 +229,7 @@ TEST(ControlLoopTest, QuittingDoesNotWaitForTheProfiler) {
         const fs::path profiler = loop.machine().path("/usr/sbin/system_profiler");
         const fs::path started = loop.machine().folder() / "started";
         fs::remove(profiler);
-        writeFile(profiler, "#!/bin/sh\n: >" + started.string() + "\nexec sleep 600\n");
+        writeFile(profiler, "#!/bin/sh\n: >" + started.string() + "\nsleep 600\ntrue\n");
         fs::permissions(profiler, fs::perms(0755));
         loop.controller().refreshHardwareSpecs();
         EXPECT_TRUE(waitUntil([&] { return fs::exists(started); }));

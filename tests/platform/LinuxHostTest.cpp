@@ -85,8 +85,8 @@ RecordedHost notebook() {
         cpus += "processor\t: 0\n" + cpu + "core id\t\t: " + core + "\n\n";
     }
     const std::string sys = "sys/";
-    const std::string nvme = sys + "class/nvme/nvme0/";
     const std::string block = sys + "block/nvme0n1/";
+    const std::string nvme = block + "device/";
     const std::string gpu = sys + "bus/pci/devices/0000:00:02.0/";
     const std::string dgpu = sys + "bus/pci/devices/0000:01:00.0/";
     const std::string battery = sys + "class/power_supply/BAT0/";
@@ -104,7 +104,8 @@ RecordedHost notebook() {
          {sys + "devices/system/memory/memory0/state", "online\n"},
          {sys + "devices/system/memory/memory32/state", "online\n"},
          {sys + "class/dmi/id/product_name", "20XW\n"},
-         {sys + "class/dmi/id/product_family", "ThinkPad X1\n"},
+         {sys + "class/dmi/id/sys_vendor", "LENOVO\n"},
+         {sys + "class/dmi/id/product_version", "ThinkPad X1\n"},
          {sys + "class/dmi/id/product_serial", "Default string\n"},
          {sys + "class/dmi/id/bios_version", "N32ET75W (1.51 )\n"},
          {sys + "firmware/efi/efivars/LoaderInfo-4a67b082-0a4c-41cf-b6c7-440b29bb8c4f",
@@ -139,9 +140,20 @@ RecordedHost notebook() {
          {block + "nvme0n1p1/dev", "259:1\n"},
          {block + "nvme0n1p2/size", "1952472527\n"},
          {block + "nvme0n1p2/dev", "259:2\n"},
-         {"run/udev/data/b259:1", "S:disk\nE:ID_FS_TYPE=vfat\nE:ID_PART_ENTRY_NAME=EFI\n"},
-         {"proc/self/mountinfo", "29 1 259:2 / /home rw,noatime shared:1 - btrfs /dev/x rw\n"},
-         {"home/file", ""},
+         {"run/udev/data/b259:1",
+          "S:disk\nE:ID_FS_TYPE=vfat\nE:ID_PART_ENTRY_NAME=EFI\\x20System\n"},
+         {block + "nvme0n1p2/holders/dm-0/x", ""}, // an encrypted volume
+         {"sys/class/block/dm-0/dev", "254:0\n"},
+         {"sys/class/block/dm-0/holders/dm-1/x", ""},
+         {"sys/class/block/dm-1/dev", "254:1\n"},
+         {block + "nvme0n1p10/dev", "259:10\n"},
+         {"proc/self/mountinfo",
+          "29 1 254:1 / /my\\040home rw,noatime shared:1 - ext4 /dev/mapper/home rw\n"
+          "30 1 0:29 / /my\\040home rw - btrfs /dev/nvme0n1p10 rw\n"},
+         {"my home/file", ""},
+         {battery + "type", "Battery\n"},
+         {sys + "class/power_supply/hidpp_battery_0/type", "Battery\n"},
+         {sys + "class/power_supply/hidpp_battery_0/scope", "Device\n"},
          {battery + "manufacturer", "SMP\n"},
          {battery + "cycle_count", "214\n"},
          {battery + "energy_full", "51300000\n"},
@@ -171,26 +183,28 @@ TEST(LinuxHost, ANotebookTellsWhatItIs) {
 
     json profile = recorded.profile();
     json& volumes = profile["SPNVMeDataType"][0]["_items"][0]["volumes"];
-    EXPECT_TRUE(volumes[1]["free_space"].is_string()) << "of the file system of this test";
-    volumes[1].erase("free_space");
+    for (const std::size_t volume : {1U, 2U}) {
+        EXPECT_TRUE(volumes[volume]["free_space"].is_string()) << "of this test's file system";
+        volumes[volume].erase("free_space");
+    }
     EXPECT_EQ(profile, json::parse(R"JSON({
 "SPHardwareDataType":[{"machine_name":"ThinkPad X1","machine_model":"20XW",
   "boot_rom_version":"N32ET75W (1.51 )","os_loader_version":"sd-b"}],
 "SPMemoryDataType":[{"_items":[{"_name":"BANK 0/ChannelA","dimm_size":"16 GB","dimm_type":"DDR4",
-  "dimm_speed":"2667 MHz","dimm_manufacturer":"Samsung","dimm_part_number":"M471A2K43",
-  "dimm_status":"ok"}]}],
+  "dimm_speed":"2667 MHz","dimm_manufacturer":"Samsung","dimm_part_number":"M471A2K43"}]}],
 "SPDisplaysDataType":[
   {"_name":"PCI 8086:9bc4","sppci_model":"UHD Graphics","spdisplays_vendor":"Intel Corporation",
    "spdisplays_device-id":"0x9bc4","spdisplays_revision-id":"0x05",
    "spdisplays_ndrvs":[{"_name":"LP160","_spdisplays_resolution":"3840 x 2400",
      "_spdisplays_pixels":"3840 x 2400"}]},
-  {"_name":"PCI 1002:7340","spdisplays_vendor":"0x1002","spdisplays_device-id":"0x7340",
+  {"_name":"PCI 1002:7340","spdisplays_device-id":"0x7340",
    "spdisplays_pcie_width":"x8","spdisplays_vram":"4080 MB","spdisplays_ndrvs":[]}],
 "SPNVMeDataType":[{"_items":[{"bsd_name":"nvme0n1","device_model":"Samsung SSD 980",
   "device_serial":"S64","device_revision":"2B4QFXO7","size":"1 TB","spnvme_linkspeed":"16.0 GT/s",
   "spnvme_linkwidth":"x4","spnvme_trim_support":"Yes","volumes":[
-    {"_name":"EFI","bsd_name":"nvme0n1p1","size":"536.87 MB","file_system":"vfat"},
-    {"_name":"nvme0n1p2","bsd_name":"nvme0n1p2","size":"999.67 GB","file_system":"btrfs"}]}]}],
+    {"_name":"EFI System","bsd_name":"nvme0n1p1","size":"536.87 MB","file_system":"vfat"},
+    {"_name":"nvme0n1p2","bsd_name":"nvme0n1p2","size":"999.67 GB","file_system":"ext4"},
+    {"_name":"nvme0n1p10","bsd_name":"nvme0n1p10","file_system":"btrfs"}]}]}],
 "SPPowerDataType":[{"_name":"spbattery_information",
   "sppower_battery_model_info":{"sppower_battery_manufacturer":"SMP"},
   "sppower_battery_health_info":{"sppower_battery_cycle_count":214},
@@ -203,10 +217,16 @@ TEST(LinuxHost, AVirtualMachineAndAnEmptyHostLeaveOutWhatTheyDoNotHave) {
         {{"proc/cpuinfo", "processor\t: 0\nmodel name\t: QEMU\ncpu MHz\t: 2595.124\n"
                           "cpu cores\t: 1\nbroken\n:\n: x\n"},
          {"sys/class/dmi/id/product_name", "Standard PC (Q35)\n"},
-         {"sys/class/dmi/id/product_family", "Not Specified\n"},
+         {"sys/class/dmi/id/product_serial", "to be filled by o.e.m.\n"},
          {"sys/devices/system/cpu/cpu0/cache/index0/level", "1\n"},
          {"sys/firmware/dmi/entries/17-0/raw", std::string("\x11\xff\0\0", 4)},
          {"sys/bus/pci/devices/0000:00:01.0/class", "0x030000"},
+         {"run/udev/data/+dmi:id",
+          "E:MEMORY_DEVICE_0_SIZE=4294967296\nE:MEMORY_DEVICE_0_TYPE=DDR5\n"
+          "E:MEMORY_DEVICE_0_MANUFACTURER=Unknown\n"
+          "E:MEMORY_DEVICE_1_SIZE=0\n"},
+         {"sys/devices/system/cpu/cpu0/cache/index0/type", "Data"},
+         {"sys/devices/system/cpu/cpu0/cache/index0/size", "99999999999999999M"},
          {"sys/class/power_supply/AC/online", "1"}});
     EXPECT_EQ(machine.number("hw.cpufrequency_max"), 2595124000);
     EXPECT_EQ(machine.number("machdep.cpu.core_count"), 1);
@@ -215,6 +235,10 @@ TEST(LinuxHost, AVirtualMachineAndAnEmptyHostLeaveOutWhatTheyDoNotHave) {
     const json profile = machine.profile();
     EXPECT_EQ(profile["SPHardwareDataType"][0]["machine_name"], "Standard PC (Q35)");
     EXPECT_EQ(profile["SPDisplaysDataType"].size(), 1U);
+    EXPECT_FALSE(profile["SPHardwareDataType"][0].contains("serial_number"));
+    EXPECT_EQ(profile["SPMemoryDataType"][0]["_items"],
+              json::parse(R"([{"dimm_size":"4 GB","dimm_type":"DDR5"}])"));
+    EXPECT_EQ(machine.number("hw.l1dcachesize"), -1) << "no such number";
     EXPECT_TRUE(profile["SPPowerDataType"].empty());
 
     RecordedHost empty({});

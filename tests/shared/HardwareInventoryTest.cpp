@@ -281,10 +281,6 @@ Seriennummer: B3
 }
 
 TEST(HardwareInventory, ValuesCountWithTheirJsonTypesOnly) {
-    struct Row {
-        const char* document;
-        const char* line; ///< to be found in the inventory
-    };
     const auto battery = [](const std::string& charge) {
         return R"({"SPPowerDataType":[{"_name":"spbattery_information",)"
                R"("sppower_battery_charge_info":)" +
@@ -342,8 +338,7 @@ TEST(HardwareInventory, KernelValuesAreTextsAndIntegers) {
     EXPECT_EQ(inspector.sysctlInt64("number"), -7);
     host.setText("number", "123456789");
     EXPECT_EQ(inspector.sysctlInt64("number"), std::nullopt) << "nine bytes do not fit";
-    host.setText("machdep.cpu.brand_string", "");
-    EXPECT_EQ(upperCased("straße÷ÿ sé"), "STRASSE÷ÿ SÉ");
+    EXPECT_EQ(upperCased("straße÷ sé"), "STRASSE÷ SÉ");
 }
 
 TEST(HardwareInventory, AnyDocumentGivesSixSections) {
@@ -394,6 +389,13 @@ TEST(HardwareInventory, AnyDocumentGivesSixSections) {
         host.document = document;
         EXPECT_EQ(SystemHardwareInspector(host).loadAllHardwareSections().size(), 6U);
     }
+    std::string processors = "{\"SPDisplaysDataType\":[{}";
+    for (int count = 0; count < 1000000; ++count) {
+        processors += count % 2 == 0 ? ",{}" : ",0";
+    }
+    TableHost host;
+    host.document = processors + "]}";
+    EXPECT_LE(SystemHardwareInspector(host).loadAllHardwareSections()[3].subCards.size(), 256U);
 }
 
 } // namespace
