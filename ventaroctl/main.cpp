@@ -74,7 +74,7 @@ std::vector<std::string> sourceNames() {
 
 /// Takes a profiler along when a signal ends this program.
 void endProfilerOnSignals() {
-    static const StopSignals signals;
+    static const auto& signals = *new StopSignals; // the thread may outlive main
     std::thread([] {
         pollfd entry{signals.descriptor(), POLLIN, 0};
         ::poll(&entry, 1, -1);
