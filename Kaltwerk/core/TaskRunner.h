@@ -15,9 +15,9 @@ public:
     using Action = std::function<void()>;
     using Work = std::function<Action()>;
 
-    /// Runs `work` on a thread of its own, and then on the main thread what it returns; returns at
-    /// once. Nothing waits for it, not even the end of the process. `work` must not throw. Any
-    /// thread.
+    /// Runs `work` on a thread of its own, and then on the main thread what it returns, if that is
+    /// not empty; returns at once. Nothing waits for it, not even the end of the process. `work`
+    /// must not throw. Any thread.
     virtual void detach(TaskPriority priority, Work work) = 0;
     /// Runs `action` on the main thread later, in the order of the calls. Any thread.
     virtual void onMainThread(Action action) = 0;

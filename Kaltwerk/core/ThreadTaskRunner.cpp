@@ -63,7 +63,7 @@ public:
 
     void addAction(Action action) {
         const std::lock_guard guard(lock_);
-        if (hasEnded_) {
+        if (hasEnded_ || !action) {
             return;
         }
         actions_.push_back(std::move(action));

@@ -22,15 +22,11 @@ public:
     std::optional<std::string> unavailable;
     bool compiles = true;
     std::optional<ScriptFailure> failure;
-    std::function<void()> onExecute = [] {};
 
 private:
     struct Script final : AdministratorScript {
         explicit Script(RecordingScripts& itsOwner) : owner(itsOwner) {}
-        std::optional<ScriptFailure> execute() override {
-            owner.onExecute();
-            return owner.failure;
-        }
+        std::optional<ScriptFailure> execute() override { return owner.failure; }
         RecordingScripts& owner;
     };
 };
