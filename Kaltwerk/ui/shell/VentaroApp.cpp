@@ -7,6 +7,7 @@
 #include "ThreadTaskRunner.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QQuickView>
 #include <QtPlugin>
 
@@ -17,6 +18,7 @@ namespace ventaro {
 
 int runVentaroApp(int argc, char** argv) {
     QApplication application(argc, argv);
+    QApplication::setFont(QFont(QStringLiteral("Inter")));
     static auto& tasks = *new ThreadTaskRunner;
     Platform& platform = Platform::current();
     FanControllerViewModel controller({SMCService::shared(), HelperClient::shared(),
