@@ -22,5 +22,6 @@ Rectangle {
         color: capsule.textColor
         size: Theme.smallestSize
         font.weight: Font.DemiBold
+        Accessible.ignored: true
     }
 }

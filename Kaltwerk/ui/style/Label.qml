@@ -10,4 +10,6 @@ Text {
     font.pointSize: Theme.fontPoints(size)
     textFormat: Text.PlainText
     elide: Text.ElideRight
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

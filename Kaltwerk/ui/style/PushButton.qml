@@ -92,6 +92,7 @@ T.Button {
                 color: button.foreground
                 size: button.fontSize
                 font.weight: button.font.weight !== Font.Normal ? button.font.weight : button.kind === PushButton.Bordered || button.kind === PushButton.Tinted ? Font.Medium : Font.DemiBold
+                Accessible.ignored: true
             }
         }
         Spinner {

@@ -1,73 +1,75 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Ventaro.Style
 
 /// One of a few. Shows `currentIndex`, which whoever owns it changes on `chosen`.
-T.Control {
+Item {
     id: picker
 
     property list<string> labels
     property int currentIndex: 0
+    property bool isFocusedByMouse: false
 
     signal chosen(int index)
 
+    function move(offset: int) {
+        const next = currentIndex + offset;
+        if (next >= 0 && next < labels.length)
+            chosen(next);
+    }
+
     implicitHeight: 26
     implicitWidth: 300
-    padding: 2
     opacity: enabled ? 1 : Theme.disabledOpacity
-    Accessible.role: Accessible.PageTabList
+    activeFocusOnTab: true
+    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
+    Accessible.role: Accessible.Grouping
+    Keys.onLeftPressed: move(-1)
+    Keys.onRightPressed: move(1)
 
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: Theme.radiusControl
         color: Theme.controlFill
         border.width: 1
         border.color: Theme.controlBorder
     }
-    contentItem: Row {
+    Row {
         id: row
+
+        anchors.fill: parent
+        anchors.margins: 2
 
         Repeater {
             model: picker.labels
 
-            T.AbstractButton {
+            ChoiceButton {
                 id: segment
 
                 required property int index
                 required property string modelData
-                readonly property bool isCurrent: index === picker.currentIndex
-
-                function move(offset: int) {
-                    const next = index + offset;
-                    if (next >= 0 && next < picker.labels.length) {
-                        picker.chosen(next);
-                        row.children[next].forceActiveFocus(Qt.TabFocusReason);
-                    }
-                }
 
                 width: row.width / picker.labels.length
                 height: row.height
                 text: modelData
-                hoverEnabled: true
-                focusPolicy: isCurrent ? Qt.StrongFocus : Qt.ClickFocus
-                Accessible.role: Accessible.RadioButton
-                Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: isCurrent
-                onClicked: picker.chosen(index)
-                Keys.onLeftPressed: move(-1)
-                Keys.onRightPressed: move(1)
+                focusPolicy: Qt.NoFocus
+                isOn: index === picker.currentIndex
+                onClicked: {
+                    picker.isFocusedByMouse = true;
+                    picker.forceActiveFocus(Qt.MouseFocusReason);
+                    picker.chosen(index);
+                }
 
                 background: Rectangle {
                     radius: Theme.radiusSmall
-                    color: segment.isCurrent ? Theme.segmentSelected : segment.down ? Theme.controlPressed : segment.hovered ? Theme.controlHover : "transparent"
-                    border.width: segment.isCurrent ? 1 : 0
+                    color: segment.isOn ? Theme.segmentSelected : segment.down ? Theme.controlPressed : segment.hovered ? Theme.controlHover : "transparent"
+                    border.width: segment.isOn ? 1 : 0
                     border.color: Theme.segmentBorder
 
                     FocusRing {
                         around: parent.radius
-                        visible: segment.visualFocus
+                        visible: picker.activeFocus && !picker.isFocusedByMouse && segment.isOn
                     }
                 }
                 contentItem: Label {
@@ -76,6 +78,7 @@ T.Control {
                     verticalAlignment: Text.AlignVCenter
                     size: 10.5
                     font.weight: Font.Medium
+                    Accessible.ignored: true
                 }
             }
         }

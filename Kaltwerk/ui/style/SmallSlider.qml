@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Templates as T
 import Ventaro.Style
 
 /// A slider that shows `value`, which whoever owns it changes on `moved`. Snaps to whole steps from
 /// the left end, and reaches the right end even where no step does. The wheel turns it only when it
 /// has the focus.
-T.Control {
+Item {
     id: slider
 
     property real from: 0
@@ -24,6 +23,7 @@ T.Control {
     readonly property real position: range > 0 ? Math.min(Math.max((value - from) / range, 0), 1) : 0
     readonly property bool pressed: pointer.pressed
     readonly property real knobSize: 14
+    property bool isFocusedByMouse: false
 
     // The names by which assistive technology finds the value.
     readonly property real minimumValue: from
@@ -57,9 +57,9 @@ T.Control {
 
     implicitWidth: 120
     implicitHeight: 22
-    hoverEnabled: true
     opacity: enabled ? 1 : Theme.disabledOpacity
-    focusPolicy: Qt.StrongFocus
+    activeFocusOnTab: true
+    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
     Accessible.role: Accessible.Slider
     Accessible.description: valueText
     Accessible.onIncreaseAction: increase()
@@ -103,86 +103,83 @@ T.Control {
         onTriggered: slider.released()
     }
 
-    background: Item {
-        Rectangle {
-            id: track
+    Rectangle {
+        id: track
 
-            y: Math.round((parent.height - height) / 2)
-            width: parent.width
-            height: 4
-            radius: 2
-            color: Theme.track
-        }
-        Rectangle {
-            y: track.y
-            width: knob.x + knob.width / 2
-            height: 4
-            radius: 2
-            color: Theme.accentFill
+        y: Math.round((parent.height - height) / 2)
+        width: parent.width
+        height: 4
+        radius: 2
+        color: Theme.track
+    }
+    Rectangle {
+        y: track.y
+        width: knob.x + knob.width / 2
+        height: 4
+        radius: 2
+        color: Theme.accentFill
+    }
+    Rectangle {
+        id: knob
+
+        x: Math.round(slider.position * (parent.width - width))
+        y: Math.round((parent.height - height) / 2)
+        width: slider.knobSize
+        height: slider.knobSize
+        radius: width / 2
+        color: slider.pressed ? Theme.sliderKnobPressed : Theme.sliderKnob
+        border.width: 1
+        border.color: Theme.sliderKnobBorder
+
+        FocusRing {
+            around: parent.radius
+            visible: slider.activeFocus && !slider.isFocusedByMouse
         }
     }
-    contentItem: Item {
-        Rectangle {
-            id: knob
+    Rectangle {
+        id: bubble
 
-            x: Math.round(slider.position * (parent.width - width))
-            y: Math.round((parent.height - height) / 2)
-            width: slider.knobSize
-            height: slider.knobSize
-            radius: width / 2
-            color: slider.pressed ? Theme.sliderKnobPressed : Theme.sliderKnob
-            border.width: 1
-            border.color: Theme.sliderKnobBorder
+        visible: slider.pressed || rest.running
+        x: Math.min(Math.max(knob.x + (knob.width - width) / 2, 0), parent.width - width)
+        y: knob.y - 6 - height
+        width: bubbleText.implicitWidth + 12
+        height: 18
+        radius: 5
+        color: Theme.bubble
 
-            FocusRing {
-                around: parent.radius
-                visible: slider.visualFocus
-            }
+        TabularText {
+            id: bubbleText
+
+            anchors.centerIn: parent
+            text: bubble.visible ? slider.valueText : ""
+            color: Theme.textOnBubble
+            font.pixelSize: Theme.smallestSize
+            font.weight: Font.DemiBold
         }
-        Rectangle {
-            id: bubble
+    }
+    MouseArea {
+        id: pointer
 
-            visible: slider.pressed || rest.running
-            x: Math.min(Math.max(knob.x + (knob.width - width) / 2, 0), parent.width - width)
-            y: knob.y - 6 - height
-            width: bubbleText.implicitWidth + 12
-            height: 18
-            radius: 5
-            color: Theme.bubble
-
-            TabularText {
-                id: bubbleText
-
-                anchors.centerIn: parent
-                text: bubble.visible ? slider.valueText : ""
-                color: Theme.textOnBubble
-                font.pixelSize: Theme.smallestSize
-                font.weight: Font.DemiBold
-            }
+        function follow(x: real) {
+            slider.ask(slider.from + slider.range * (x - slider.knobSize / 2) / Math.max(width - slider.knobSize, 1));
         }
-        MouseArea {
-            id: pointer
 
-            function follow(x: real) {
-                slider.ask(slider.from + slider.range * (x - slider.knobSize / 2) / Math.max(width - slider.knobSize, 1));
-            }
-
-            anchors.fill: parent
-            preventStealing: true
-            onPressed: mouse => {
-                slider.forceActiveFocus(Qt.MouseFocusReason);
-                rest.stop();
-                follow(mouse.x);
-            }
-            onPositionChanged: mouse => follow(mouse.x)
-            onReleased: slider.released()
-            onCanceled: slider.released()
-            onWheel: wheel => {
-                if (slider.activeFocus && wheel.angleDelta.y !== 0)
-                    slider.stepBy(wheel.angleDelta.y > 0 ? 1 : -1);
-                else
-                    wheel.accepted = false;
-            }
+        anchors.fill: parent
+        preventStealing: true
+        onPressed: mouse => {
+            slider.isFocusedByMouse = true;
+            slider.forceActiveFocus(Qt.MouseFocusReason);
+            rest.stop();
+            follow(mouse.x);
+        }
+        onPositionChanged: mouse => follow(mouse.x)
+        onReleased: slider.released()
+        onCanceled: slider.released()
+        onWheel: wheel => {
+            if (slider.activeFocus && wheel.angleDelta.y !== 0)
+                slider.stepBy(wheel.angleDelta.y > 0 ? 1 : -1);
+            else
+                wheel.accepted = false;
         }
     }
 }

@@ -38,5 +38,6 @@ T.TextField {
         text: field.placeholderText
         color: field.placeholderTextColor
         size: field.font.pixelSize
+        Accessible.ignored: true
     }
 }

@@ -2,11 +2,11 @@ import QtQuick
 import QtQuick.Templates as T
 import Ventaro.Style
 
-/// A switch that shows `on`. A click changes nothing by itself: whoever owns the state answers it.
-T.AbstractButton {
+/// A switch that shows `isOn`. A click changes nothing by itself: whoever owns the state answers it.
+T.CheckBox {
     id: toggle
 
-    property bool on: false
+    property bool isOn: false
     property bool small: false
 
     readonly property real inset: 2
@@ -14,17 +14,17 @@ T.AbstractButton {
 
     implicitWidth: small ? 28 : 36
     implicitHeight: small ? 16 : 20
-    hoverEnabled: true
     opacity: enabled ? 1 : Theme.disabledOpacity
+    checked: isOn
+    hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Accessible.checkable: true
-    Accessible.checked: on
+    // The template has just checked itself.
+    onClicked: checked = Qt.binding(() => toggle.isOn)
 
     background: Rectangle {
         radius: height / 2
-        color: toggle.on ? (toggle.down ? Theme.accentPressed : toggle.hovered ? Theme.accentHover : Theme.accent) : Theme.switchOff
+        color: toggle.isOn ? (toggle.down ? Theme.accentPressed : toggle.hovered ? Theme.accentHover : Theme.accent) : Theme.switchOff
 
         Behavior on color {
             ColorAnimation {
@@ -39,7 +39,7 @@ T.AbstractButton {
     }
     contentItem: Item {
         Rectangle {
-            x: toggle.on ? parent.width - width - toggle.inset : toggle.inset
+            x: toggle.isOn ? parent.width - width - toggle.inset : toggle.inset
             y: toggle.inset
             width: toggle.knobSize + (toggle.down ? 3 : 0)
             height: toggle.knobSize

@@ -68,6 +68,7 @@ Item {
             font.weight: banner.isBold ? Font.Bold : Font.Normal
             wrapMode: Text.Wrap
             elide: Text.ElideNone
+            Accessible.ignored: true
         }
         Item {
             id: end

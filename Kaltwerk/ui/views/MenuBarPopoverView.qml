@@ -105,7 +105,6 @@ FocusScope {
             text: "Root-Helper einmalig aktivieren"
             hoverEnabled: true
             focusPolicy: Qt.StrongFocus
-            Accessible.role: Accessible.Button
             Accessible.name: text
             onClicked: {
                 popover.actionStarted();
@@ -142,6 +141,7 @@ FocusScope {
                     text: activate.text
                     size: Theme.bodySize
                     font.weight: Font.DemiBold
+                    Accessible.ignored: true
                 }
                 SymbolIcon {
                     id: chevron
@@ -265,7 +265,7 @@ FocusScope {
                 Repeater {
                     model: profiles
 
-                    T.AbstractButton {
+                    ChoiceButton {
                         id: choice
 
                         required property int index
@@ -275,12 +275,7 @@ FocusScope {
 
                         implicitHeight: 30
                         text: title
-                        hoverEnabled: true
-                        focusPolicy: Qt.StrongFocus
-                        Accessible.role: Accessible.RadioButton
-                        Accessible.name: title
-                        Accessible.checkable: true
-                        Accessible.checked: isActive
+                        isOn: isActive
                         onClicked: {
                             popover.actionStarted();
                             profiles.select(index);
@@ -314,6 +309,7 @@ FocusScope {
                                 text: choice.text
                                 color: choice.isActive ? Theme.textOnAccent : Theme.textPrimary
                                 font.weight: choice.isActive ? Font.DemiBold : Font.Medium
+                                Accessible.ignored: true
                             }
                         }
                     }
@@ -339,10 +335,10 @@ FocusScope {
                 anchors.verticalCenter: parent.verticalCenter
                 small: true
                 text: "Beim macOS-Start automatisch öffnen"
-                on: popover.viewModel.launchAtLogin
+                isOn: popover.viewModel.launchAtLogin
                 onClicked: {
                     popover.actionStarted();
-                    popover.viewModel.setLaunchAtLogin(!on);
+                    popover.viewModel.setLaunchAtLogin(!isOn);
                 }
             }
         }

@@ -70,8 +70,8 @@ Column {
                     anchors.verticalCenter: parent.verticalCenter
                     small: true
                     text: "Lüfter synchron (%)"
-                    on: overview.viewModel.linkFansInManualMode
-                    onClicked: overview.viewModel.linkFansInManualMode = !on
+                    isOn: overview.viewModel.linkFansInManualMode
+                    onClicked: overview.viewModel.linkFansInManualMode = !isOn
                 }
             }
             PushButton {

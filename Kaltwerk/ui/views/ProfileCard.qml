@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Ventaro.Style
 
 /// One profile to choose.
-T.AbstractButton {
+ChoiceButton {
     id: card
 
     required property string title
@@ -15,14 +14,9 @@ T.AbstractButton {
 
     implicitHeight: Math.max(words.implicitHeight + 2 * padded, 48)
     text: title
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : Theme.disabledOpacity
-    Accessible.role: Accessible.RadioButton
-    Accessible.name: title
+    isOn: isActive
     Accessible.description: subtitle
-    Accessible.checkable: true
-    Accessible.checked: isActive
 
     background: Rectangle {
         radius: Theme.radiusCard
@@ -63,6 +57,7 @@ T.AbstractButton {
                 width: parent.width - (card.isActive ? mark.width + 4 : 0)
                 text: card.title
                 font.weight: Font.DemiBold
+                Accessible.ignored: true
             }
             Label {
                 width: parent.width

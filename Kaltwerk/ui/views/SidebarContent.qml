@@ -88,86 +88,100 @@ Rectangle {
         }
     }
 
-    Column {
+    Item {
         id: tabs
+
+        property bool isFocusedByMouse: false
+
+        function move(offset: int) {
+            const next = sidebar.selectedTab + offset;
+            if (next >= 0 && next < DashboardTab.titles.length)
+                sidebar.tabChosen(next);
+        }
 
         x: 12
         anchors.top: header.bottom
         anchors.topMargin: 12
         width: parent.width - 24
-        spacing: 2
+        // The list is one stop on the way through the window.
+        activeFocusOnTab: true
+        onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
         Accessible.role: Accessible.PageTabList
         Accessible.name: "Bereiche"
+        Keys.onUpPressed: move(-1)
+        Keys.onDownPressed: move(1)
 
-        Repeater {
+        height: rows.height
+
+        Column {
             id: rows
 
-            model: DashboardTab.titles
+            width: parent.width
+            spacing: 2
 
-            T.AbstractButton {
-                id: row
+            Repeater {
+                model: DashboardTab.titles
 
-                required property int index
-                required property string modelData
-                readonly property bool isSelected: index === sidebar.selectedTab
-                readonly property bool isProminent: isSelected && Window.active
+                T.TabButton {
+                    id: row
 
-                function move(offset: int) {
-                    const next = index + offset;
-                    if (next < 0 || next >= rows.count)
-                        return;
-                    sidebar.tabChosen(next);
-                    rows.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
-                }
+                    required property int index
+                    required property string modelData
+                    readonly property bool isOn: index === sidebar.selectedTab
+                    readonly property bool isProminent: isOn && Window.active
 
-                width: tabs.width
-                height: 30
-                text: modelData
-                hoverEnabled: true
-                // The list is one stop on the way through the window.
-                focusPolicy: isSelected ? Qt.StrongFocus : Qt.ClickFocus
-                Accessible.role: Accessible.PageTab
-                Accessible.name: text
-                Accessible.selectable: true
-                Accessible.selected: isSelected
-                onClicked: sidebar.tabChosen(index)
-                Keys.onUpPressed: move(-1)
-                Keys.onDownPressed: move(1)
-
-                background: Rectangle {
-                    radius: Theme.radiusControl
-                    color: row.isProminent ? Theme.accent : row.isSelected || row.down ? Theme.controlPressed : row.hovered ? Theme.controlFill : "transparent"
-
-                    Rectangle {
-                        anchors.fill: parent
-                        anchors.margins: 2
-                        visible: row.visualFocus
-                        radius: Theme.radiusControl - 2
-                        color: "transparent"
-                        border.width: 2
-                        border.color: row.isProminent ? "#FFFFFF" : Theme.focus
+                    width: tabs.width
+                    height: 30
+                    text: modelData
+                    autoExclusive: false
+                    checked: isOn
+                    hoverEnabled: true
+                    focusPolicy: Qt.NoFocus
+                    Accessible.name: text
+                    onClicked: {
+                        // The template has just checked itself.
+                        checked = Qt.binding(() => row.isOn);
+                        tabs.isFocusedByMouse = true;
+                        tabs.forceActiveFocus(Qt.MouseFocusReason);
+                        sidebar.tabChosen(index);
                     }
-                }
-                contentItem: Item {
-                    SymbolIcon {
-                        id: symbol
 
-                        x: 8
-                        anchors.verticalCenter: parent.verticalCenter
-                        name: DashboardTab.symbols[row.index]
-                        size: 16
-                        color: row.isProminent ? Theme.textOnAccent : row.isSelected ? Theme.textPrimary : Theme.accentText
+                    background: Rectangle {
+                        radius: Theme.radiusControl
+                        color: row.isProminent ? Theme.accent : row.isOn || row.down ? Theme.controlPressed : row.hovered ? Theme.controlFill : "transparent"
+
+                        Rectangle {
+                            anchors.fill: parent
+                            anchors.margins: 2
+                            visible: tabs.activeFocus && !tabs.isFocusedByMouse && row.isOn
+                            radius: Theme.radiusControl - 2
+                            color: "transparent"
+                            border.width: 2
+                            border.color: row.isProminent ? "#FFFFFF" : Theme.focus
+                        }
                     }
-                    Label {
-                        anchors.left: symbol.right
-                        anchors.leftMargin: 8
-                        anchors.right: parent.right
-                        anchors.rightMargin: 8
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: row.text
-                        color: row.isProminent ? Theme.textOnAccent : Theme.textPrimary
-                        size: 12.5
-                        font.weight: Font.Medium
+                    contentItem: Item {
+                        SymbolIcon {
+                            id: symbol
+
+                            x: 8
+                            anchors.verticalCenter: parent.verticalCenter
+                            name: DashboardTab.symbols[row.index]
+                            size: 16
+                            color: row.isProminent ? Theme.textOnAccent : row.isOn ? Theme.textPrimary : Theme.accentText
+                        }
+                        Label {
+                            anchors.left: symbol.right
+                            anchors.leftMargin: 8
+                            anchors.right: parent.right
+                            anchors.rightMargin: 8
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: row.text
+                            color: row.isProminent ? Theme.textOnAccent : Theme.textPrimary
+                            size: 12.5
+                            font.weight: Font.Medium
+                            Accessible.ignored: true
+                        }
                     }
                 }
             }

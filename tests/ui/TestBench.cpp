@@ -1,0 +1,139 @@
+#include "TestBench.h"
+
+#include <QAccessible>
+#include <functional>
+
+namespace ventaro {
+
+namespace {
+
+/// Calls `visit` with every visible item below `root` until one call returns true.
+QQuickItem* walk(QQuickItem* root, const std::function<bool(QQuickItem*)>& visit) {
+    if (root == nullptr || !root->isVisible() || root->opacity() == 0) {
+        return nullptr;
+    }
+    if (visit(root)) {
+        return root;
+    }
+    for (QQuickItem* child : root->childItems()) {
+        if (QQuickItem* found = walk(child, visit)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+QString nameOf(QQuickItem* item) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item);
+    return accessible != nullptr ? accessible->text(QAccessible::Name) : QString();
+}
+
+} // namespace
+
+TestBench::TestBench() {
+    setTemperatures(63.4, 52.1, 31.8);
+    setFan(0, 2157, 2150, false);
+    setFan(1, 2043, 2040, false);
+    settled();
+    audit_.reset();
+}
+
+TestBench::~TestBench() = default;
+
+QStringList TestBench::requests() {
+    tasks_.runAll();
+    QStringList requests;
+    for (const std::string& line : helper_.taken()) {
+        if (line != "ping") {
+            requests.append(QString::fromStdString(line));
+        }
+    }
+    return requests;
+}
+
+void TestBench::tick(double seconds) {
+    clock().time += std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+    ControllerFixture::tick();
+    tasks_.runAll();
+}
+
+void TestBench::setTemperatures(double cpu, double gpu, double watts) {
+    setKey("TCXC", cpu);
+    setKey("TGDD", gpu);
+    setKey("PDTR", watts);
+}
+
+void TestBench::setFan(int fan, double current, double target, bool forced) {
+    const std::string prefix = "F" + std::to_string(fan);
+    setKey(prefix + "Ac", current);
+    setKey(prefix + "Tg", target);
+    setKey(prefix + "Md", forced ? 1 : 0);
+}
+
+void TestBench::setRange(int fan, double minimum, double maximum) {
+    const std::string prefix = "F" + std::to_string(fan);
+    setKey(prefix + "Mn", minimum);
+    setKey(prefix + "Mx", maximum);
+}
+
+void TestBench::setHelperAnswers(bool answers) {
+    helper_.setAnswer([answers](const HelperRequest&) {
+        return answers ? RecordingHelper::accept("gut") : std::string();
+    });
+    controller_->checkHelperAndConflictsAsync();
+    tasks_.runAll();
+}
+
+void TestBench::setConflict(bool runs) {
+    applications().list = {};
+    if (runs) {
+        applications().list.push_back({"Macs Fan Control", "com.crystalidea.MacsFanControl"});
+    }
+    controller_->checkHelperAndConflictsAsync();
+    tasks_.runAll();
+}
+
+QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {
+    QQuickItem* control = walk(root, [&](QQuickItem* item) {
+        return nameOf(item) == name && !item->inherits("QQuickText");
+    });
+    return control != nullptr ? control
+                              : walk(root, [&](QQuickItem* item) { return nameOf(item) == name; });
+}
+
+QStringList TestBench::texts(QQuickItem* root) const {
+    QStringList texts;
+    walk(root, [&](QQuickItem* item) {
+        const bool isText = item->inherits("QQuickText") || item->inherits("ventaro::TabularText");
+        if (isText && !item->property("text").toString().isEmpty()) {
+            texts.append(item->property("text").toString());
+        }
+        return false;
+    });
+    return texts;
+}
+
+bool TestBench::isChecked(QQuickItem* item) const {
+    return QAccessible::queryAccessibleInterface(item)->state().checked != 0;
+}
+
+double TestBench::accessibleValue(QQuickItem* item) const {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item);
+    QAccessibleValueInterface* value =
+        accessible != nullptr ? accessible->valueInterface() : nullptr;
+    return value != nullptr ? value->currentValue().toDouble() : -1;
+}
+
+QStringList TestBench::namelessControls(QQuickItem* root) const {
+    QStringList nameless;
+    walk(root, [&](QQuickItem* item) {
+        const bool isControl = item->activeFocusOnTab() || item->inherits("QQuickControl");
+        if (isControl && nameOf(item).isEmpty()) {
+            nameless.append(QString::fromLatin1(item->metaObject()->className()));
+        }
+        return false;
+    });
+    return nameless;
+}
+
+} // namespace ventaro
