@@ -1,0 +1,126 @@
+#include "Appearance.h"
+#include "TestBench.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QQuickView>
+#include <QtPlugin>
+#include <array>
+#include <cmath>
+#include <iostream>
+
+Q_IMPORT_PLUGIN(Ventaro_StylePlugin)
+Q_IMPORT_PLUGIN(Ventaro_ViewsPlugin)
+
+namespace {
+
+using namespace ventaro;
+
+constexpr std::array<QSize, 3> sizes{QSize(620, 480), QSize(980, 680), QSize(1440, 900)};
+constexpr std::array<const char*, 5> tabs{"overview", "curve", "sensors", "hardware", "helper"};
+
+/// Two minutes in which a load comes and goes.
+void liveThroughALoad(TestBench& bench) {
+    constexpr int samples = 60;
+    double heat = 0;
+    for (int sample = 0; sample < samples; ++sample) {
+        const double load = sample >= 20 && sample < 38 ? 1 : sample < 20 ? 0 : 0.35;
+        heat += (load - heat) * (load > heat ? 0.35 : 0.22);
+        const double noise = std::sin(sample * 1.7) * 0.7;
+        const double slow = std::max(0.0, heat - 0.1 * std::cos(sample * 0.3));
+        bench.setTemperatures(46 + 42 * heat + noise, 44 + 15 * slow + noise / 2, 12 + 55 * heat);
+        bench.setFan(0, 1840 + 1700 * slow, 1840 + 1700 * slow, false);
+        bench.setFan(1, 1705 + 1600 * slow, 1705 + 1600 * slow, false);
+        bench.tick();
+    }
+    bench.setTemperatures(63.4, 52.1, 31.8);
+    bench.setFan(0, 2157, 2150, false);
+    bench.setFan(1, 2043, 2040, false);
+    bench.tick();
+}
+
+/// Has a view drawn as it would be on the screen, and kept as a picture.
+class Camera {
+public:
+    explicit Camera(QDir folder) : folder_(std::move(folder)) {
+        window_.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        window_.setColor(Qt::transparent); // around the corners of the popover
+        window_.setResizeMode(QQuickView::SizeRootObjectToView);
+    }
+    QQuickItem* load(TestBench& bench, const char* view) {
+        window_.setInitialProperties(
+            {{QStringLiteral("viewModel"), QVariant::fromValue(bench.viewModel())}});
+        window_.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ventaro/Views/%1.qml").arg(view)));
+        window_.show();
+        return window_.rootObject();
+    }
+    bool take(const QString& name, const QSize& size) {
+        window_.resize(size);
+        // Banners slide in, and grids find their place in a second pass.
+        QElapsedTimer shown;
+        for (shown.start(); shown.elapsed() < 300;) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        }
+        const QString scale = window_.effectiveDevicePixelRatio() > 1 ? "@2x" : "";
+        return window_.grabWindow().save(folder_.filePath(name + scale + ".png"));
+    }
+
+private:
+    QDir folder_;
+    QQuickView window_;
+};
+
+QString sized(const char* name, const QSize& size, const char* theme) {
+    return QStringLiteral("%1-%2x%3-%4").arg(name).arg(size.width()).arg(size.height()).arg(theme);
+}
+
+bool takeAll(const QDir& folder) {
+    TestBench bench;
+    liveThroughALoad(bench);
+    Camera camera(folder);
+    bool isGood = true;
+    for (const char* theme : {"light", "dark"}) {
+        Appearance::shared().setDark(theme == std::string("dark"));
+        QQuickItem* dashboard = camera.load(bench, "DashboardView");
+        for (std::size_t tab = 0; tab < tabs.size(); ++tab) {
+            dashboard->setProperty("selectedTab", static_cast<int>(tab));
+            bench.runTasks();
+            for (const QSize& size : sizes) {
+                isGood = camera.take(sized(tabs[tab], size, theme), size) && isGood;
+            }
+        }
+        camera.load(bench, "MenuBarPopoverView");
+        isGood = camera.take(QStringLiteral("popover-%1").arg(theme), {330, 484}) && isGood;
+        bench.setHelperAnswers(false);
+        isGood = camera.take(QStringLiteral("popover-helper-%1").arg(theme), {330, 530}) && isGood;
+        bench.setConflict(true);
+        bench.viewModel()->selectProfile(ControlProfile::turbo); // fails without a helper
+        bench.runTasks();
+        camera.load(bench, "DashboardView");
+        for (const QSize& size : sizes) {
+            isGood = camera.take(sized("banners", size, theme), size) && isGood;
+        }
+        bench.viewModel()->dismissStatusMessage();
+        bench.setConflict(false);
+        bench.setHelperAnswers(true);
+        bench.viewModel()->selectProfile(ControlProfile::systemAuto);
+        bench.runTasks();
+        bench.viewModel()->dismissStatusMessage();
+    }
+    return isGood;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setFont(QFont(QStringLiteral("Inter")));
+    const QDir folder(argc == 2 ? QString::fromLocal8Bit(argv[1]) : QString());
+    if (argc != 2 || !folder.mkpath(QStringLiteral("."))) {
+        std::cerr << "Usage: screenshots FOLDER\n";
+        return EXIT_FAILURE;
+    }
+    return takeAll(folder) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
