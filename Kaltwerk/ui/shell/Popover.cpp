@@ -25,6 +25,7 @@ Popover::Popover(FanControllerViewModel& controller, std::chrono::milliseconds g
     : controller_(controller) {
     release_.setSingleShot(true);
     release_.setInterval(grace);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &Popover::followFocus);
     connect(&release_, &QTimer::timeout, this, [this] {
         if (!isOpen()) {
             scene_.reset();
@@ -77,7 +78,6 @@ void Popover::make() {
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     new WindowShortcuts(
         window, [this] { close(); }, [this] { Q_EMIT quitRequested(); });
-    connect(&window, &QWindow::activeChanged, this, &Popover::followFocus);
     connect(&window, &QWindow::heightChanged, this, &Popover::place);
     if (QQuickItem* view = window.rootObject()) {
         connect(view, SIGNAL(openDashboardRequested()), this, SIGNAL(openDashboardRequested()));
@@ -98,9 +98,12 @@ void Popover::place() {
 }
 
 void Popover::followFocus() {
-    if (scene_->window().isActive()) {
+    if (!isOpen()) {
+        return;
+    }
+    if (QGuiApplication::focusWindow() == &scene_->window()) {
         hadFocus_ = true;
-    } else if (std::exchange(hadFocus_, false) && isOpen()) {
+    } else if (std::exchange(hadFocus_, false)) {
         sinceFocusLoss_.start();
         close();
     }

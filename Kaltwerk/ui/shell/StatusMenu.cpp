@@ -19,6 +19,7 @@ QString text(std::string_view utf8) {
 } // namespace
 
 StatusMenu::StatusMenu(FanControllerViewModel& controller) : controller_(controller) {
+    menu_.setWindowTitle(QStringLiteral("Lüftermenü")); // or it would bear the program's name
     temperatures_ = menu_.addAction(QString());
     temperatures_->setEnabled(false);
     belowFans_ = menu_.addSeparator();

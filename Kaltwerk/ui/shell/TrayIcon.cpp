@@ -3,10 +3,11 @@
 #include "Appearance.h"
 #include "Symbol.h"
 
+#include <QApplication>
 #include <QFont>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
+#include <QWidget>
 #include <utility>
 
 namespace ventaro {
@@ -47,6 +48,11 @@ TrayIcon::TrayIcon(QMenu& menu) {
     connect(&Appearance::shared(), &Appearance::darkChanged, this, &TrayIcon::draw);
     draw();
     icon_.show();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->inherits("QSystemTrayIconSys")) {
+            widget->setWindowTitle(QStringLiteral("Lüftersymbol")); // not the program's name
+        }
+    }
 }
 
 void TrayIcon::setText(const QString& text, const QString& number) {

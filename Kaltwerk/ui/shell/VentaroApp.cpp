@@ -30,7 +30,7 @@ void VentaroApp::connectWindows() {
         appDelegate_.dashboardWillAppear([this] {
             tasks_.onMainThread([controller = QPointer(&viewModel_)] {
                 if (controller) {
-                    controller->handleAppTermination();
+                    controller->shutdown(); // which resets the fans, unless that has been done
                 }
             });
         });
