@@ -59,9 +59,10 @@ void Popover::open(const QRect& place) {
         make();
     }
     place_ = place;
-    hadFocus_ = false;
     this->place();
     QQuickView& window = scene_->window();
+    hadFocus_ =
+        QGuiApplication::focusWindow() == &window; // some platforms leave it to a hidden one
     markAsUtilityWindow(window);
     window.show();
     window.raise();
