@@ -1,7 +1,11 @@
 #include "VentaroApp.h"
 
+#include "IdleMemory.h"
+
 #include <QApplication>
 #include <QPointer>
+#include <QTimer>
+#include <chrono>
 #include <utility>
 
 namespace ventaro {
@@ -62,6 +66,9 @@ void VentaroApp::connectStatusItem() {
 int VentaroApp::run() {
     if (!appDelegate_.isLaunchedMinimized()) {
         shell_.openWindow(AppDelegate::dashboardIdentifier);
+    } else {
+        constexpr std::chrono::seconds startIsOver(2);
+        QTimer::singleShot(startIsOver, this, releaseIdleMemory);
     }
     appDelegate_.applicationDidFinishLaunching();
     const int exitCode = QApplication::exec();
