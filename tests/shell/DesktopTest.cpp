@@ -30,9 +30,6 @@ protected:
         }
         return std::make_unique<Program>(machine_.folder(), arguments, environment);
     }
-    Program helperProgram(const std::vector<std::string>& arguments) {
-        return Program(machine_.folder(), arguments, desktop_.environment());
-    }
 
     SimulatedMachine machine_{{}, false};
     RecordingHelper helper_{machine_.path(HelperConstants::socketPath)};
@@ -103,16 +100,17 @@ TEST_F(DesktopTest, TheStatusItemFollowsTheX11Tray) {
 
 TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
-        const auto program = start({"--minimized"});
-        ASSERT_TRUE(desktop_.shows(statusWindow));
+        const bool losesDisplay = signal == 0;
+        const auto program = start({losesDisplay ? "with-its-window" : "--minimized"});
+        ASSERT_TRUE(desktop_.shows(losesDisplay ? dashboard : statusWindow));
         ASSERT_TRUE(waitUntil([&] { return !helper_.taken().empty(); })) << "its first look";
-        if (signal != 0) {
-            program->signal(signal);
-            program->signal(signal);
-        } else {
+        if (losesDisplay) {
             desktop_.end();
+        } else {
+            program->signal(signal);
+            program->signal(signal);
         }
-        EXPECT_EQ(program->wait(), signal == 0 ? 1 : 0);
+        EXPECT_EQ(program->wait(), losesDisplay ? 1 : 0);
         EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset")) << signal;
     }
 }
