@@ -2,6 +2,7 @@
 
 #include "ControllerFixture.h"
 #include "ShellFixture.h"
+#include "StandInWatcher.h"
 
 #include <gmock/gmock.h>
 
@@ -115,22 +116,6 @@ TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
     }
 }
 
-/// A panel's part of the tray protocol: takes the items that register.
-class StandInWatcher : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered)
-    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
-
-public:
-    bool isHostRegistered() const { return true; }
-    int protocolVersion() const { return 0; }
-    QString item;
-
-public Q_SLOTS:
-    void RegisterStatusNotifierItem(const QString& service) { item = service; }
-};
-
 TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
     const Program busDaemon(machine_.folder(),
                             {"dbus-daemon", "--session", "--nofork", "--print-address"});
@@ -162,5 +147,3 @@ TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
 
 } // namespace
 } // namespace ventaro
-
-#include "DesktopTest.moc"

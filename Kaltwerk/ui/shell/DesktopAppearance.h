@@ -16,8 +16,7 @@ public:
     DesktopAppearance();
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-public Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
     void ask(const QString& group, const QString& key);

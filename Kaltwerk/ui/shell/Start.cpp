@@ -27,7 +27,7 @@ namespace {
 
 /// What the dashboard says about the machine; empty on one like it should be.
 QString machineNote(MachineKind kind) {
-    const QString noSmc = QStringLiteral("Kein AppleSMC gefunden");
+    QString noSmc = QStringLiteral("Kein AppleSMC gefunden");
     switch (kind) {
     case MachineKind::simulated:
         return QStringLiteral("Simuliertes MacBook Pro");
@@ -47,7 +47,7 @@ QString machineNote(MachineKind kind) {
 
 /// The look of the program as a whole. Its name for people is not set: Qt would add it to the title
 /// of every window.
-void dress(QApplication& application, QTranslator& translator) {
+void dress(QTranslator& translator) {
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName(QStringLiteral("de.ventaro.Ventaro"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/ventaro/de.ventaro.Ventaro.svg")));
@@ -59,13 +59,13 @@ void dress(QApplication& application, QTranslator& translator) {
     }
     if (translator.load(QStringLiteral("qtbase_de"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        application.installTranslator(&translator);
+        QCoreApplication::installTranslator(&translator);
     }
 }
 
-int runFirst(QApplication& application, const StopSignals& signals, SingleInstance& instance) {
+int runFirst(const StopSignals& signals, SingleInstance& instance) {
     QTranslator translator;
-    dress(application, translator);
+    dress(translator);
     const QStringList arguments = QApplication::arguments();
     for (const QString& argument : unknownArguments(arguments)) {
         std::cerr << "Ventaro: the argument \"" << argument.toStdString() << "\" is ignored\n";
@@ -105,8 +105,8 @@ int runVentaroApp(int& argc, char** argv) {
                                   : "Ventaro is running already; it shows its window.\n");
         return EXIT_SUCCESS;
     }
-    QApplication application(argc, argv);
-    return runFirst(application, signals, instance);
+    const QApplication application(argc, argv);
+    return runFirst(signals, instance);
 }
 
 } // namespace ventaro

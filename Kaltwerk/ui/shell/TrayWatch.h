@@ -34,10 +34,8 @@ public:
 Q_SIGNALS:
     void changed();
 
-public Q_SLOTS:
-    void askWatcher();
-
 private:
+    Q_SLOT void askWatcher();
     void setHost(bool isRegistered);
 
     X11SystemTray x11_;

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QPointer>
-#include <QTimer>
 #include <chrono>
 #include <utility>
 
@@ -23,6 +22,8 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, const Opti
     const auto followSetting = [this] { exitGuard_.setResetsFans(viewModel_.resetToAutoOnQuit()); };
     connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
     followSetting();
+    startIsOver_.setSingleShot(true);
+    connect(&startIsOver_, &QTimer::timeout, this, releaseIdleMemory);
     connectWindows();
     connectStatusItem();
     connect(qApp, &QCoreApplication::aboutToQuit, this,
@@ -67,8 +68,8 @@ int VentaroApp::run() {
     if (!appDelegate_.isLaunchedMinimized()) {
         shell_.openWindow(AppDelegate::dashboardIdentifier);
     } else {
-        constexpr std::chrono::seconds startIsOver(2);
-        QTimer::singleShot(startIsOver, this, releaseIdleMemory);
+        constexpr std::chrono::seconds untilStartIsOver(2);
+        startIsOver_.start(untilStartIsOver);
     }
     appDelegate_.applicationDidFinishLaunching();
     const int exitCode = QApplication::exec();

@@ -10,6 +10,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 
 namespace ventaro {
 
@@ -54,6 +55,7 @@ private:
     StatusItem statusItem_;
     Popover popover_;
     FailureReporter failures_;
+    QTimer startIsOver_;
 };
 
 /// Starts the application on the installed platform and returns the process's exit code. Throws
