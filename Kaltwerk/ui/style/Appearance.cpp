@@ -1,5 +1,7 @@
 #include "Appearance.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <utility>
 
 namespace ventaro {
@@ -12,6 +14,13 @@ Appearance& Appearance::shared() {
 Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/) {
     QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
     return &shared();
+}
+
+qreal Appearance::pointsPerPixel() const {
+    constexpr qreal pointsPerInch = 72;
+    constexpr qreal usualDotsPerInch = 96;
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return pointsPerInch / (screen != nullptr ? screen->logicalDotsPerInchY() : usualDotsPerInch);
 }
 
 void Appearance::setDark(bool dark) {

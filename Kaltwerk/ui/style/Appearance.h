@@ -11,6 +11,9 @@ class Appearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
+    /// Turns a font's size in pixels, which Qt takes whole only, into one in points, which may have
+    /// a fraction.
+    Q_PROPERTY(qreal pointsPerPixel READ pointsPerPixel CONSTANT)
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged)
     Q_PROPERTY(bool highContrast READ highContrast WRITE setHighContrast NOTIFY highContrastChanged)
     Q_PROPERTY(
@@ -21,6 +24,7 @@ public:
     /// For the QML engine, which does not own it.
     static Appearance* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 
+    qreal pointsPerPixel() const;
     bool dark() const { return dark_; }
     bool highContrast() const { return highContrast_; }
     bool reducedMotion() const { return reducedMotion_; }

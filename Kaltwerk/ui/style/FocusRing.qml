@@ -1,16 +1,13 @@
 import QtQuick
 import Ventaro.Style
 
-/// Two points wide, two points outside of the control it surrounds. Shown after keyboard use only.
+/// Two points wide, two points outside of its parent, whose corners have the radius `around`.
 Rectangle {
-    property Item control: parent as Item
-    property real controlRadius: Theme.radiusControl
-    property bool shown: false
+    property real around: Theme.radiusControl
 
-    visible: shown
-    anchors.fill: control
+    anchors.fill: parent
     anchors.margins: -4
-    radius: controlRadius + 3
+    radius: around + 3
     color: "transparent"
     border.width: 2
     border.color: Theme.focus

@@ -68,7 +68,9 @@ QtObject {
     readonly property color controlFill: ink(dark ? 0.09 : 0.055)
     readonly property color controlHover: ink(dark ? 0.14 : 0.09)
     readonly property color controlPressed: ink(dark ? 0.19 : 0.14)
-    readonly property color controlBorder: ink(0.07)
+    // A border lies beside the fill, not on it, so that both inks have to be in its own.
+    readonly property color controlBorder: ink(dark ? 0.154 : 0.121)
+    readonly property color cardBorder: Qt.tint(card, hairline)
     readonly property color fieldBorder: ink(highContrast ? 0.55 : dark ? 0.20 : 0.18)
     readonly property color fieldBorderHover: ink(highContrast ? 0.69 : dark ? 0.34 : 0.32)
     readonly property color rowTint: ink(dark ? 0.04 : 0.035)
@@ -109,6 +111,11 @@ QtObject {
     readonly property int bodySize: 12
     readonly property int captionSize: 11
     readonly property int smallestSize: 10
+
+    /// For sizes between whole pixels, which only a font's size in points can have.
+    function fontPoints(pixels: real): real {
+        return pixels * Appearance.pointsPerPixel;
+    }
 
     // Motion
     readonly property int hoverIn: motion(80)

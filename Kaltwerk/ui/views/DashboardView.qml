@@ -1,18 +1,131 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Ventaro.Style
 import Ventaro.Views
 
-Rectangle {
+/// The content of the main window: the sidebar, and beside it the selected tab under its banners.
+FocusScope {
     id: dashboard
 
     required property FanControllerViewModel viewModel
+    /// What there is to say about the machine itself; empty on a real one.
     property string machineNote
+    property int selectedTab: DashboardTab.Overview
+    property string sensorSearchText
 
-    color: Theme.window
+    readonly property real sidebarMinimum: 205
+    readonly property real sidebarMaximum: 245
+    /// What the user has dragged it to.
+    property real sidebarWidth: 220
+    readonly property real detailMinimum: 415
 
-    Text {
-        anchors.centerIn: parent
-        text: dashboard.viewModel.menuBarSummaryText
-        color: Theme.textPrimary
+    focus: true
+
+    onSelectedTabChanged: {
+        viewModel.isSensorsTabVisible = selectedTab === DashboardTab.Sensors;
+        viewModel.isOverviewTabVisible = selectedTab === DashboardTab.Overview;
+        if (selectedTab === DashboardTab.Sensors)
+            viewModel.refreshTelemetryAsync(true);
+        else if (selectedTab === DashboardTab.Hardware)
+            viewModel.ensureHardwareSpecsLoaded();
+    }
+
+    Repeater {
+        model: DashboardTab.titles.length
+
+        Item {
+            id: binding
+
+            required property int index
+
+            Shortcut {
+                sequence: "Ctrl+" + (binding.index + 1)
+                onActivated: dashboard.selectedTab = binding.index
+            }
+        }
+    }
+
+    SidebarContent {
+        id: sidebar
+
+        width: Math.max(dashboard.sidebarMinimum, Math.min(dashboard.sidebarWidth, dashboard.width - dashboard.detailMinimum))
+        height: parent.height
+        viewModel: dashboard.viewModel
+        machineNote: dashboard.machineNote
+        selectedTab: dashboard.selectedTab
+        onTabChosen: tab => dashboard.selectedTab = tab
+    }
+    SplitHandle {
+        id: edge
+
+        x: sidebar.width - width
+        height: parent.height
+        onDragged: distance => {
+            const wanted = sidebar.width + distance;
+            dashboard.sidebarWidth = Math.min(Math.max(wanted, dashboard.sidebarMinimum), dashboard.sidebarMaximum);
+        }
+    }
+
+    Rectangle {
+        id: detail
+
+        x: sidebar.width
+        width: parent.width - x
+        height: parent.height
+        color: Theme.window
+
+        ScrollPage {
+            id: page
+
+            readonly property real padding: 16
+            /// Where each tab was left.
+            property var places: ({})
+            property int shownTab: dashboard.selectedTab
+
+            anchors.fill: parent
+            contentWidth: width
+            contentHeight: column.height + 2 * padding
+            onShownTabChanged: contentY = Math.min(places[shownTab] ?? 0, maximumY)
+            onContentYChanged: places[shownTab] = contentY
+
+            Column {
+                id: column
+
+                x: page.padding
+                y: page.padding
+                width: page.width - 2 * page.padding
+
+                TopBanners {
+                    id: banners
+
+                    width: parent.width
+                    viewModel: dashboard.viewModel
+                }
+                // One tab at a time. A Loader cannot make what is bound to its surroundings, Qt 6.4.
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Overview ? 1 : 0
+
+                    OverviewContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        containerSize: Qt.size(detail.width, detail.height)
+                        machineNote: dashboard.machineNote
+                    }
+                }
+                Item {
+                    width: column.width
+                    height: Math.max(detail.height - 2 * page.padding - banners.height, 60)
+                    visible: dashboard.selectedTab !== DashboardTab.Overview
+
+                    Label {
+                        anchors.centerIn: parent
+                        text: DashboardTab.titles[dashboard.selectedTab]
+                        color: Theme.textTertiary
+                        size: Theme.pageTitleSize
+                    }
+                }
+            }
+        }
     }
 }

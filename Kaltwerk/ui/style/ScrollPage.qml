@@ -1,0 +1,82 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ventaro.Style
+
+/// A page that scrolls by wheel, keys and bar, and that drags within it do not move.
+Flickable {
+    id: page
+
+    readonly property real maximumY: Math.max(contentHeight - height, 0)
+
+    function scrollBy(distance: real) {
+        contentY = Math.min(Math.max(contentY + distance, 0), maximumY);
+    }
+    /// Brings `item` into view, with some of what surrounds it.
+    function reveal(item: Item) {
+        const margin = 24;
+        const top = item.mapToItem(contentItem, 0, 0).y - margin;
+        const bottom = top + item.height + 2 * margin;
+        if (top < contentY)
+            scrollBy(top - contentY);
+        else if (bottom > contentY + height)
+            scrollBy(bottom - contentY - height);
+    }
+
+    interactive: false
+    clip: true
+    // What grows shorter may leave the page below its end.
+    onMaximumYChanged: scrollBy(0)
+
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_PageDown:
+            page.scrollBy(page.height * 0.9);
+            break;
+        case Qt.Key_PageUp:
+            page.scrollBy(-page.height * 0.9);
+            break;
+        case Qt.Key_Home:
+            page.scrollBy(-page.contentY);
+            break;
+        case Qt.Key_End:
+            page.scrollBy(page.maximumY);
+            break;
+        default:
+            return;
+        }
+        event.accepted = true;
+    }
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => {
+            const perNotch = 60;
+            page.scrollBy(event.pixelDelta.y !== 0 ? -event.pixelDelta.y : -event.angleDelta.y / 120 * perNotch);
+        }
+    }
+    Connections {
+        target: page.Window.window
+        function onActiveFocusItemChanged() {
+            const item = page.Window.activeFocusItem;
+            for (let parent = item; parent; parent = parent.parent) {
+                if (parent === page.contentItem) {
+                    page.reveal(item);
+                    return;
+                }
+            }
+        }
+    }
+
+    T.ScrollBar.vertical: OverlayScrollBar {
+        parent: page
+        anchors.right: page.right
+        height: page.height
+        moving: rest.running
+    }
+    onContentYChanged: rest.restart()
+    Timer {
+        id: rest
+
+        interval: Theme.scrollBarStays
+    }
+}

@@ -1,0 +1,88 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ventaro.Style
+
+/// One profile to choose.
+T.AbstractButton {
+    id: card
+
+    required property string title
+    required property string subtitle
+    required property string symbol
+    required property bool isActive
+
+    readonly property real padded: 8
+
+    implicitHeight: Math.max(words.implicitHeight + 2 * padded, 48)
+    text: title
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    opacity: enabled ? 1 : Theme.disabledOpacity
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: title
+    Accessible.description: subtitle
+    Accessible.checkable: true
+    Accessible.checked: isActive
+
+    background: Rectangle {
+        radius: Theme.radiusCard
+        color: Theme.card
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: card.isActive ? Theme.tint(Theme.accentFill, 0.10) : card.down ? Theme.controlHover : card.hovered ? Theme.rowTint : "transparent"
+            border.width: 1
+            border.color: card.isActive ? Theme.accentFill : card.hovered ? Theme.ink(0.18) : Theme.hairline
+        }
+        FocusRing {
+            around: parent.radius
+            visible: card.visualFocus
+        }
+    }
+    contentItem: Item {
+        SymbolTile {
+            id: tile
+
+            x: card.padded
+            anchors.verticalCenter: parent.verticalCenter
+            color: card.isActive ? Theme.accent : Theme.tint(Theme.accentFill, 0.12)
+            symbol: card.symbol
+            symbolColor: card.isActive ? Theme.textOnAccent : Theme.accentText
+        }
+        Column {
+            id: words
+
+            anchors.left: tile.right
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            anchors.rightMargin: card.padded
+            anchors.verticalCenter: parent.verticalCenter
+
+            Label {
+                width: parent.width - (card.isActive ? mark.width + 4 : 0)
+                text: card.title
+                font.weight: Font.DemiBold
+            }
+            Label {
+                width: parent.width
+                text: card.subtitle
+                color: Theme.textSecondary
+                size: Theme.smallestSize
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+            }
+        }
+        SymbolIcon {
+            id: mark
+
+            anchors.right: parent.right
+            anchors.rightMargin: card.padded
+            y: words.y + 1
+            visible: card.isActive
+            name: "checkmark.circle.fill"
+            size: 14
+            color: Theme.accentText
+        }
+    }
+}

@@ -1,0 +1,96 @@
+import QtQuick
+import Ventaro.Style
+import Ventaro.Views
+
+/// What the user ought to know whatever tab is open.
+Column {
+    id: banners
+
+    required property FanControllerViewModel viewModel
+
+    /// The focus stays near when the control that has it goes.
+    function passFocusOn() {
+        const next = dismiss.nextItemInFocusChain(true);
+        if (next)
+            next.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    bottomPadding: missing.shown || conflict.shown || message.shown ? 6 : 0
+
+    Banner {
+        id: missing
+
+        shown: !banners.viewModel.isHelperInstalled
+        symbol: "lock.shield.fill"
+        symbolColor: Theme.orangeText
+        fill: Theme.tint(Theme.orange, 0.14)
+        text: "Hintergrund-Helper für SMC-Schreibzugriff noch nicht installiert."
+        isBold: true
+        trailingWidth: install.width
+
+        PushButton {
+            id: install
+
+            width: 146
+            kind: PushButton.Orange
+            symbol: "key.fill"
+            text: "Helper installieren"
+            fontSize: 11
+            font.weight: Font.Bold
+            busy: banners.viewModel.isInstallingHelper
+            onClicked: banners.viewModel.installHelper()
+        }
+    }
+    Banner {
+        id: conflict
+
+        shown: banners.viewModel.competingProcessDetected
+        symbol: "exclamationmark.triangle.fill"
+        symbolColor: Theme.yellowText
+        fill: Theme.tint(Theme.yellow, 0.12)
+        text: "Hinweis: 'Macs Fan Control' läuft parallel. Bitte dort auf 'Automatisch' stellen oder beenden, um SMC-Konflikte zu vermeiden."
+    }
+    Banner {
+        id: message
+
+        // Kept while the banner goes.
+        property string lastText
+        property bool wasError: false
+
+        function remember() {
+            if (!banners.viewModel.hasStatusMessage)
+                return;
+            lastText = banners.viewModel.statusMessage;
+            wasError = banners.viewModel.isErrorStatus;
+        }
+
+        shown: banners.viewModel.hasStatusMessage
+        symbol: wasError ? "xmark.octagon.fill" : "checkmark.circle.fill"
+        symbolColor: wasError ? Theme.redText : Theme.greenText
+        fill: Theme.tint(wasError ? Theme.red : Theme.green, 0.10)
+        text: lastText
+        trailingWidth: dismiss.width
+        Component.onCompleted: remember()
+
+        Connections {
+            target: banners.viewModel
+            function onStatusMessageChanged() {
+                message.remember();
+            }
+            function onIsErrorStatusChanged() {
+                message.remember();
+            }
+        }
+        IconButton {
+            id: dismiss
+
+            symbol: "xmark"
+            text: "Meldung schließen"
+            onClicked: {
+                if (activeFocus)
+                    banners.passFocusOn();
+                banners.viewModel.dismissStatusMessage();
+            }
+        }
+    }
+}
