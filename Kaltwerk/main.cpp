@@ -1,5 +1,7 @@
+#include "FileDescriptor.h"
 #include "HostPlatform.h"
 #include "HostSession.h"
+#include "StartArguments.h"
 #include "VentaroApp.h"
 
 #include <cstdlib>
@@ -8,6 +10,12 @@
 
 int main(int argc, char** argv) {
     try {
+        ventaro::occupyStandardDescriptors();
+        const std::string text = ventaro::textInsteadOfStart(argc, argv, VENTARO_VERSION);
+        if (!text.empty()) {
+            std::cout << text << std::flush;
+            return std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
         ventaro::Platform& platform =
             ventaro::Platform::install(ventaro::makeHostPlatform(false).platform);
         platform.session = ventaro::makeHostSession(platform);

@@ -34,6 +34,8 @@ struct LoginItemPlace {
 struct UserSession {
     Bundle bundle;
     LoginItemPlace loginItem;
+    /// Where the size of the application's window is kept.
+    std::filesystem::path windowSizeFile;
     std::unique_ptr<Clock> clock;
     std::unique_ptr<DefaultsStore> defaults;
     std::unique_ptr<AdministratorScripts> administratorScripts;

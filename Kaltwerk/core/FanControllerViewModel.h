@@ -185,6 +185,10 @@ public:
     /// call does anything.
     void shutdown();
 
+    /// What every fan request goes through: closed, it holds the next ones back, for the end of a
+    /// process that cannot come to `shutdown`. Lives as long as anything that sends.
+    const std::shared_ptr<DispatchGate>& dispatchGate() const { return gate_; }
+
 Q_SIGNALS:
     void fansChanged();
     void sensorsChanged();

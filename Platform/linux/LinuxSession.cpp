@@ -65,6 +65,7 @@ UserSession makeLinuxSession() {
     session.bundle = currentBundle();
     session.loginItem = {LoginMechanism::xdgAutostart,
                          configuration / "autostart/com.ventaro.app.desktop"};
+    session.windowSizeFile = configuration / "ventaro/window-size";
     session.clock = std::make_unique<LinuxClock>();
     session.defaults =
         std::make_unique<FileDefaults>(configuration / "ventaro/settings.cbor", logToStandardError);

@@ -15,6 +15,7 @@ UserSession makeSimulatedSession(const MachineRoot& root) {
     session.bundle = currentBundle();
     session.loginItem = {LoginMechanism::launchAgent,
                          home / "Library/LaunchAgents/com.ventaro.app.plist"};
+    session.windowSizeFile = home / "Library/Preferences/com.ventaro.app.window-size";
     session.clock = std::make_unique<SimulatedClock>(root);
     session.defaults = std::make_unique<FileDefaults>(
         home / "Library/Preferences/com.ventaro.app.cbor", logToStandardError);

@@ -1,39 +1,107 @@
 #include "VentaroApp.h"
 
-#include "Appearance.h"
-#include "FanControllerViewModel.h"
-#include "HelperClient.h"
-#include "Platform.h"
-#include "ThreadTaskRunner.h"
+#include "IdleMemory.h"
 
 #include <QApplication>
-#include <QFont>
-#include <QQuickView>
-#include <QtPlugin>
-
-Q_IMPORT_PLUGIN(Ventaro_StylePlugin)
-Q_IMPORT_PLUGIN(Ventaro_ViewsPlugin)
+#include <QPointer>
+#include <chrono>
+#include <utility>
 
 namespace ventaro {
 
-int runVentaroApp(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setFont(QFont(QStringLiteral("Inter")));
-    static auto& tasks = *new ThreadTaskRunner;
-    Platform& platform = Platform::current();
-    FanControllerViewModel controller({SMCService::shared(), HelperClient::shared(),
-                                       SystemHardwareInspector::shared(), platform.machineRoot,
-                                       *platform.session, tasks});
-    QQuickView view;
-    view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    view.setInitialProperties({{QStringLiteral("viewModel"), QVariant::fromValue(&controller)}});
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ventaro/Views/DashboardView.qml")));
-    view.resize(980, 680);
-    view.show();
-    const int result = QApplication::exec();
-    controller.shutdown();
-    return result;
+VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, const Options& options)
+    : tasks_(dependencies.tasks),
+      viewModel_(dependencies),
+      exitGuard_(dependencies.helper, viewModel_.dispatchGate()),
+      shell_(viewModel_, tasks_, options.shell),
+      appDelegate_(shell_, options.arguments),
+      statusItem_(viewModel_),
+      popover_(viewModel_, options.shell.grace),
+      failures_(
+          viewModel_, tasks_, [this] { return shell_.isDashboardVisible(); }, options.notify) {
+    const auto followSetting = [this] { exitGuard_.setResetsFans(viewModel_.resetToAutoOnQuit()); };
+    connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
+    followSetting();
+    startIsOver_.setSingleShot(true);
+    connect(&startIsOver_, &QTimer::timeout, this, releaseIdleMemory);
+    connectWindows();
+    connectStatusItem();
+    connect(qApp, &QCoreApplication::aboutToQuit, this,
+            [this] { appDelegate_.applicationWillTerminate(); });
+}
+
+void VentaroApp::connectWindows() {
+    connect(&shell_, &DesktopShell::dashboardWillAppear, this, [this] {
+        appDelegate_.dashboardWillAppear([this] {
+            tasks_.onMainThread([controller = QPointer(&viewModel_)] {
+                if (controller) {
+                    controller->shutdown(); // which resets the fans, unless that has been done
+                }
+            });
+        });
+    });
+    connect(&shell_, &DesktopShell::lastWindowClosed, this, [this] {
+        if (appDelegate_.applicationShouldTerminateAfterLastWindowClosed()) {
+            shell_.terminate();
+        }
+    });
+    connect(&shell_, &DesktopShell::quitRequested, this, &VentaroApp::quit);
+}
+
+void VentaroApp::connectStatusItem() {
+    connect(&statusItem_, &StatusItem::pressed, &popover_, &Popover::statusItemPressed);
+    connect(&statusItem_, &StatusItem::activated, &popover_, &Popover::toggle);
+    connect(&popover_, &Popover::openDashboardRequested, this, &VentaroApp::openDashboard);
+    connect(&popover_, &Popover::quitRequested, this, &VentaroApp::quit);
+    connect(&popover_, &Popover::actionStarted, &failures_, &FailureReporter::actionStarts);
+
+    StatusMenu& menu = statusItem_.menu();
+    connect(&menu, &StatusMenu::openDashboardRequested, this, &VentaroApp::openDashboard);
+    connect(&menu, &StatusMenu::quitRequested, this, &VentaroApp::quit);
+    connect(&menu, &StatusMenu::profileChosen, this, [this](ControlProfile profile) {
+        failures_.actionStarts();
+        viewModel_.selectProfile(profile);
+    });
+}
+
+int VentaroApp::run() {
+    if (!appDelegate_.isLaunchedMinimized()) {
+        shell_.openWindow(AppDelegate::dashboardIdentifier);
+    } else {
+        constexpr std::chrono::seconds untilStartIsOver(2);
+        startIsOver_.start(untilStartIsOver);
+    }
+    appDelegate_.applicationDidFinishLaunching();
+    const int exitCode = QApplication::exec();
+    endControl();
+    return exitCode;
+}
+
+void VentaroApp::reopen() {
+    const bool hasVisibleWindows = shell_.isDashboardVisible();
+    if (!appDelegate_.applicationShouldHandleReopen(hasVisibleWindows)) {
+        return;
+    }
+    if (hasVisibleWindows) {
+        shell_.activateIgnoringOtherApps();
+    } else {
+        shell_.openWindow(AppDelegate::dashboardIdentifier);
+    }
+}
+
+void VentaroApp::openDashboard() {
+    popover_.close();
+    appDelegate_.openDashboardWindow();
+}
+
+void VentaroApp::quit() {
+    endControl();
+    shell_.terminate();
+}
+
+void VentaroApp::endControl() {
+    viewModel_.shutdown();
+    exitGuard_.disarm();
 }
 
 } // namespace ventaro

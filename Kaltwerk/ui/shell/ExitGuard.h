@@ -1,0 +1,37 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+namespace ventaro {
+
+class DispatchGate;
+class HelperClient;
+
+/// Hands the fans back when the process exits without having come through its event loop, as it
+/// does when the display goes away. Works without Qt. At most one at a time.
+class ExitGuard {
+public:
+    /// Both must live to the end of the process.
+    ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate);
+    ~ExitGuard();
+    ExitGuard(const ExitGuard&) = delete;
+    ExitGuard& operator=(const ExitGuard&) = delete;
+
+    /// Whether the user wants the fans back at the end. Any thread.
+    void setResetsFans(bool resets) { resetsFans_ = resets; }
+    /// Nothing is left to be done at the exit. Any thread.
+    void disarm() { isArmed_ = false; }
+
+    /// What happens at the exit: sends nothing else any more, then a ping and the reset. Blocks for
+    /// two exchanges at most, and until an exchange under way has ended.
+    void handFansBack() noexcept;
+
+private:
+    const HelperClient& helper_;
+    const std::shared_ptr<DispatchGate> gate_;
+    std::atomic<bool> isArmed_ = true;
+    std::atomic<bool> resetsFans_ = true;
+};
+
+} // namespace ventaro

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "FileDescriptor.h"
+#include "MachineRoot.h"
+
+#include <QObject>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+class QSocketNotifier;
+
+namespace ventaro {
+
+/// Sees to it that one user runs one Ventaro on one machine. A lock decides who is the first; a
+/// later start speaks to the first over a socket beside the lock. Main thread only.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Role {
+        first,  ///< this is the running program from now on
+        second, ///< another one runs, and has been told
+    };
+    /// What a second start wants of the first.
+    enum class Request { reopen, nothing };
+
+    /// Throws std::runtime_error, with an English sentence, if the folder for the lock cannot be
+    /// made or is not this user's alone.
+    explicit SingleInstance(const MachineRoot& root);
+    ~SingleInstance() override;
+
+    /// Becomes the first, or hands `request` to the one that is, within `patience`. Throws
+    /// std::runtime_error, with an English sentence, if that one does not answer. Blocks.
+    Role claim(Request request, std::chrono::milliseconds patience = std::chrono::seconds(2));
+    /// Starts to answer; needs the event loop. Only the first may.
+    void listen();
+
+Q_SIGNALS:
+    /// The user has started the program again.
+    void reopenRequested();
+
+private:
+    struct Visitor;
+
+    bool lock();
+    bool tell(Request request, std::chrono::milliseconds patience) const;
+    std::string path(const char* name) const;
+    void welcome();
+    void hear(Visitor& visitor);
+    void dismiss(const Visitor& visitor);
+
+    FileDescriptor folder_;
+    FileDescriptor lock_;
+    FileDescriptor listener_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    std::vector<std::unique_ptr<Visitor>> visitors_; ///< the oldest first
+};
+
+} // namespace ventaro

@@ -1,0 +1,155 @@
+#include "StatusItemWindow.h"
+
+#include "Appearance.h"
+#include "Symbol.h"
+#include "X11.h"
+
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QStyleHints>
+#include <algorithm>
+#include <utility>
+
+namespace ventaro {
+
+namespace {
+
+constexpr int itemHeight = 24;
+constexpr int symbolSize = 14;
+constexpr int gap = 4; ///< between symbol and text
+constexpr int padding = 8;
+constexpr int distanceFromEdge = 8;
+
+/// The system's monospaced font, 11 points of the screen, medium.
+QFont labelFont() {
+    constexpr int size = 11;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(size);
+    font.setWeight(QFont::Medium);
+    return font;
+}
+
+} // namespace
+
+StatusItemWindow::StatusItemWindow() : font_(labelFont()) {
+    setTitle(QStringLiteral("Lüfterstatus"));
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    connect(&Appearance::shared(), &Appearance::darkChanged, this, [this] { update(); });
+}
+
+void StatusItemWindow::setText(const QString& text) {
+    if (std::exchange(text_, text) != text) {
+        fit();
+        update();
+    }
+}
+
+void StatusItemWindow::appear() {
+    const QRect available = screen()->availableGeometry();
+    fit();
+    setPosition(available.right() + 1 - width() - distanceFromEdge,
+                available.top() + distanceFromEdge);
+    connect(screen(), &QScreen::availableGeometryChanged, this, &StatusItemWindow::fit,
+            Qt::UniqueConnection);
+    markAsUtilityWindow(*this);
+    show();
+}
+
+void StatusItemWindow::fit() {
+    const int wanted =
+        padding + symbolSize + gap + QFontMetrics(font_).horizontalAdvance(text_) + padding;
+    const QRect available = screen()->availableGeometry();
+    const int left = std::clamp(x() + width() - wanted, available.left(),
+                                std::max(available.left(), available.right() + 1 - wanted));
+    const int top = std::clamp(y(), available.top(),
+                               std::max(available.top(), available.bottom() + 1 - itemHeight));
+    const QRect fitted(left, top, wanted, itemHeight);
+    if (geometry() != fitted) {
+        setMinimumSize(fitted.size());
+        setMaximumSize(fitted.size());
+        setGeometry(fitted);
+    }
+}
+
+void StatusItemWindow::paintEvent(QPaintEvent* /*event*/) {
+    const bool dark = Appearance::shared().dark();
+    const QColor ground(dark ? 0x26282C : 0xF7F8FA);
+    const QColor ink(dark ? 0xF1F2F4 : 0x1B1C20);
+    QPainter painter(this);
+    const QRect all(QPoint(0, 0), size());
+    painter.fillRect(all, ground);
+    QColor edge = ink;
+    constexpr float edgeOpacity = 0.12F;
+    edge.setAlphaF(edgeOpacity);
+    painter.setPen(edge);
+    painter.drawRect(all.adjusted(0, 0, -1, -1));
+    paintSymbol(painter, QStringLiteral("fanblades.fill"), ink,
+                QRectF(padding, (height() - symbolSize) / 2.0, symbolSize, symbolSize));
+    painter.setPen(ink);
+    painter.setFont(font_);
+    painter.drawText(all.adjusted(padding + symbolSize + gap, 0, 0, 0),
+                     Qt::AlignLeft | Qt::AlignVCenter, text_);
+}
+
+void StatusItemWindow::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT pressed();
+    isDragged_ = false;
+    isPressed_ = event->button() == Qt::LeftButton;
+    pressedAt_ = event->position().toPoint();
+    if (event->button() == Qt::RightButton) {
+        Q_EMIT menuRequested(event->globalPosition().toPoint());
+    }
+}
+
+void StatusItemWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (!isPressed_) {
+        return;
+    }
+    const QPoint way = event->position().toPoint() - pressedAt_;
+    if (!isDragged_ &&
+        way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance()) {
+        isDragged_ = true;
+        isPressed_ = !startSystemMove(); // the window manager goes on with it if it can
+    }
+    if (isDragged_ && isPressed_) {
+        setPosition(position() + way);
+    }
+}
+
+void StatusItemWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && std::exchange(isPressed_, false) && !isDragged_) {
+        Q_EMIT activated();
+    }
+}
+
+void StatusItemWindow::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        Q_EMIT pressed();
+        Q_EMIT activated();
+        break;
+    case Qt::Key_Menu:
+        Q_EMIT pressed();
+        Q_EMIT menuRequested(geometry().bottomLeft());
+        break;
+    default:
+        QRasterWindow::keyPressEvent(event);
+    }
+}
+
+bool StatusItemWindow::event(QEvent* event) {
+    // There would be no way back to the program without it.
+    if (event->type() == QEvent::Close) {
+        event->accept();
+        return true;
+    }
+    return QRasterWindow::event(event);
+}
+
+} // namespace ventaro

@@ -1,0 +1,67 @@
+#include "TrayWatch.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <utility>
+
+namespace ventaro {
+
+namespace {
+
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+constexpr int answerMilliseconds = 2000;
+
+} // namespace
+
+TrayWatch::TrayWatch() {
+    connect(&x11_, &X11SystemTray::presenceChanged, this, &TrayWatch::changed);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        isDecided_ = true;
+        return;
+    }
+    watcher_.setConnection(bus);
+    watcher_.addWatchedService(watcherName);
+    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayWatch::askWatcher);
+    connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setHost(false); });
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        bus.connect(watcherName, watcherPath, watcherName, QString::fromLatin1(signal), this,
+                    SLOT(askWatcher()));
+    }
+    askWatcher();
+}
+
+TrayKind TrayWatch::kind() const {
+    if (hasHost_ && only_ != TrayKind::x11) {
+        return TrayKind::notifier;
+    }
+    return x11_.isPresent() && only_ != TrayKind::notifier ? TrayKind::x11 : TrayKind::none;
+}
+
+void TrayWatch::askWatcher() {
+    auto question = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    auto* answer = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
+        answer->deleteLater();
+        setHost(reply.isValid() && reply.value().variant().toBool());
+    });
+}
+
+void TrayWatch::setHost(bool isRegistered) {
+    const bool wasDecided = std::exchange(isDecided_, true);
+    if (std::exchange(hasHost_, isRegistered) != isRegistered || !wasDecided) {
+        Q_EMIT changed();
+    }
+}
+
+} // namespace ventaro

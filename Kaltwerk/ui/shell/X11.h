@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <cstdint>
+
+class QWindow;
+struct xcb_connection_t;
+
+namespace ventaro {
+
+/// Marks `window` as a utility window that task bar and pager pass over. To be called before each
+/// time it is shown. Does nothing where there is no X11.
+void markAsUtilityWindow(QWindow& window);
+
+/// Knows whether the X11 screen has a system tray and hears when one comes or goes; costs nothing
+/// meanwhile. Without X11 there is none. Main thread only.
+class X11SystemTray : public QObject, public QAbstractNativeEventFilter {
+    Q_OBJECT
+
+public:
+    X11SystemTray();
+    ~X11SystemTray() override;
+
+    bool isPresent() const { return owner_ != 0; }
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+Q_SIGNALS:
+    void presenceChanged();
+
+private:
+    void look();
+
+    xcb_connection_t* connection_ = nullptr;
+    std::uint32_t selection_ = 0; ///< an atom
+    std::uint32_t manager_ = 0;   ///< an atom
+    std::uint32_t owner_ = 0;     ///< a window; 0 without a tray
+};
+
+} // namespace ventaro

@@ -1,0 +1,149 @@
+#include "Desktop.h"
+
+#include "ControllerFixture.h"
+#include "ShellFixture.h"
+#include "StandInWatcher.h"
+
+#include <gmock/gmock.h>
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+
+namespace ventaro {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string dashboard = "Ventaro —";
+const std::string statusWindow = "Lüfterstatus";
+
+/// The built program on a simulated machine, on a virtual screen.
+class DesktopTest : public testing::Test {
+protected:
+    std::unique_ptr<Program> start(std::vector<std::string> arguments = {},
+                                   const std::vector<std::string>& more = {}) {
+        arguments.insert(arguments.begin(), bin + "Ventaro");
+        auto environment = machine_.environment();
+        for (const auto& part : {desktop_.environment(), more}) {
+            environment.insert(environment.end(), part.begin(), part.end());
+        }
+        return std::make_unique<Program>(machine_.folder(), arguments, environment);
+    }
+
+    SimulatedMachine machine_{{}, false};
+    RecordingHelper helper_{machine_.path(HelperConstants::socketPath)};
+    Desktop desktop_{machine_.folder()};
+};
+
+TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
+    const Program windowManager(machine_.folder(), {"openbox"}, desktop_.environment());
+    ASSERT_TRUE(waitUntil([&] {
+        return desktop_.rootProperty("_NET_SUPPORTING_WM_CHECK").find("0x") != std::string::npos;
+    }));
+    const auto program = start();
+    ASSERT_TRUE(desktop_.activates(dashboard));
+    ASSERT_TRUE(desktop_.shows(statusWindow));
+    EXPECT_THAT(desktop_.property(desktop_.window(dashboard), "_NET_WM_STATE"),
+                Not(HasSubstr("SKIP")));
+    const auto expectUtility = [&](const std::string& title) {
+        const std::string window = desktop_.window(title);
+        EXPECT_THAT(desktop_.property(window, "_NET_WM_STATE"),
+                    testing::AllOf(HasSubstr("SKIP_TASKBAR"), HasSubstr("SKIP_PAGER")));
+        EXPECT_THAT(desktop_.property(window, "_NET_WM_WINDOW_TYPE"), HasSubstr("UTILITY"));
+    };
+    expectUtility(statusWindow);
+
+    desktop_.keys({"ctrl+w"});
+    EXPECT_TRUE(desktop_.hides(dashboard));
+    EXPECT_EQ(start({"--minimized"})->wait(), 0);
+    EXPECT_EQ(desktop_.window(dashboard), "");
+    EXPECT_EQ(start()->wait(), 0);
+    EXPECT_TRUE(desktop_.activates(dashboard));
+
+    const std::string popover = "Lüfter und";
+    desktop_.click(statusWindow, "1");
+    ASSERT_TRUE(desktop_.activates(popover));
+    expectUtility(popover);
+    desktop_.keys({"Escape"});
+    EXPECT_TRUE(desktop_.hides(popover));
+    desktop_.click(statusWindow, "1");
+    ASSERT_TRUE(desktop_.activates(popover));
+    desktop_.click(statusWindow, "1");
+    EXPECT_TRUE(desktop_.hides(popover));
+
+    helper_.taken();
+    desktop_.run({"xdotool", "windowactivate", desktop_.window(dashboard)});
+    ASSERT_TRUE(desktop_.activates(dashboard));
+    desktop_.keys({"ctrl+q"});
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
+    EXPECT_EQ(program->errors(), "");
+}
+
+TEST_F(DesktopTest, TheStatusItemFollowsTheX11Tray) {
+    const auto program = start({"--minimized", "nonsense"});
+    ASSERT_TRUE(desktop_.shows(statusWindow));
+    for (int time = 0; time < 2; ++time) {
+        const Program tray(machine_.folder(), {"trayer"}, desktop_.environment());
+        EXPECT_TRUE(desktop_.hides(statusWindow));
+        EXPECT_TRUE(desktop_.shows("Lüftersymbol")) << "the icon in the tray";
+        tray.signal(SIGTERM);
+        EXPECT_TRUE(desktop_.shows(statusWindow));
+    }
+    EXPECT_EQ(desktop_.window(dashboard), "");
+    desktop_.click(statusWindow, "3");
+    desktop_.keys({"Up", "Up", "Return"});
+    EXPECT_TRUE(desktop_.shows(dashboard));
+    EXPECT_EQ(program->errors(), "Ventaro: the argument \"nonsense\" is ignored\n");
+}
+
+TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
+        const bool losesDisplay = signal == 0;
+        const auto program = start({losesDisplay ? "with-its-window" : "--minimized"});
+        ASSERT_TRUE(desktop_.shows(losesDisplay ? dashboard : statusWindow));
+        ASSERT_TRUE(waitUntil([&] { return !helper_.taken().empty(); })) << "its first look";
+        if (losesDisplay) {
+            desktop_.end();
+        } else {
+            program->signal(signal);
+            program->signal(signal);
+        }
+        EXPECT_EQ(program->wait(), losesDisplay ? 1 : 0);
+        EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset")) << signal;
+    }
+}
+
+TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
+    const Program busDaemon(machine_.folder(),
+                            {"dbus-daemon", "--session", "--nofork", "--print-address"});
+    ASSERT_TRUE(waitUntil([&] { return busDaemon.output().find('\n') != std::string::npos; }));
+    const std::string address = busDaemon.output().substr(0, busDaemon.output().find('\n'));
+    const auto program = start({"--minimized"}, {"DBUS_SESSION_BUS_ADDRESS=" + address});
+    ASSERT_TRUE(desktop_.shows(statusWindow));
+
+    const QString watcherName = "org.kde.StatusNotifierWatcher";
+    auto bus = QDBusConnection::connectToBus(QString::fromStdString(address), "panel");
+    for (int time = 0; time < 2; ++time) {
+        StandInWatcher watcher;
+        ASSERT_TRUE(bus.registerObject("/StatusNotifierWatcher", &watcher,
+                                       QDBusConnection::ExportAllContents));
+        ASSERT_TRUE(bus.registerService(watcherName));
+        ASSERT_TRUE(processUntil([&] { return !watcher.item.isEmpty(); }));
+        EXPECT_TRUE(processUntil([&] { return desktop_.window(statusWindow).empty(); }));
+        QDBusInterface icon(watcher.item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", bus);
+        icon.call("Activate", 640, 450);
+        EXPECT_TRUE(desktop_.shows("Lüfter und"));
+        icon.call("Activate", 640, 450);
+        EXPECT_TRUE(desktop_.hides("Lüfter und"));
+        bus.unregisterService(watcherName);
+        bus.unregisterObject("/StatusNotifierWatcher");
+        EXPECT_TRUE(desktop_.shows(statusWindow));
+    }
+    QDBusConnection::disconnectFromBus("panel");
+}
+
+} // namespace
+} // namespace ventaro

@@ -1,0 +1,103 @@
+#include "ShellFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <QKeyEvent>
+
+namespace ventaro {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ExitTest : public ShellFixture {};
+
+void press(QObject& window, Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::ControlModifier);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+TEST_F(ExitTest, EveryWayOutHandsTheFansBackOnce) {
+    struct Way {
+        const char* name;
+        std::function<void(VentaroApp&)> go;
+    };
+    const Way ways[] = {
+        {"popover", [](VentaroApp& app) { Q_EMIT app.popover().quitRequested(); }},
+        {"menu", [](VentaroApp& app) { choose(app, "Beenden"); }},
+        {"keys in the dashboard",
+         [](VentaroApp& app) { press(app.shell().dashboard()->window(), Qt::Key_Q); }},
+        {"end of the session",
+         [](VentaroApp& /*app*/) {
+             QEvent quit(QEvent::Quit);
+             QCoreApplication::sendEvent(qApp, &quit);
+         }},
+        {"event loop", [](VentaroApp& /*app*/) { QCoreApplication::exit(0); }},
+        {"twice",
+         [](VentaroApp& app) {
+             app.quit();
+             app.quit();
+         }},
+    };
+    for (const Way& way : ways) {
+        for (const bool resets : {true, false}) {
+            const auto requests = run({}, [&](VentaroApp& app) {
+                app.viewModel().setResetToAutoOnQuit(resets);
+                ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+                way.go(app);
+            });
+            if (resets) {
+                EXPECT_THAT(requests, ElementsAre("ping", "reset")) << way.name;
+            } else {
+                EXPECT_THAT(requests, IsEmpty()) << way.name;
+            }
+        }
+    }
+}
+
+TEST_F(ExitTest, TheGuardActsOnceAndOnlyIfItMust) {
+    const auto gate = std::make_shared<DispatchGate>();
+    ExitGuard guard(client_, gate);
+    guard.handFansBack();
+    guard.handFansBack();
+    EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
+    EXPECT_TRUE(gate->isClosed()) << "no request comes after the reset";
+    ExitGuard unwanted(client_, gate);
+    unwanted.setResetsFans(false);
+    unwanted.handFansBack();
+    ExitGuard disarmed(client_, gate);
+    disarmed.disarm();
+    disarmed.handFansBack();
+    EXPECT_THAT(helper_.taken(), IsEmpty());
+    helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("neu", 2); });
+    ExitGuard(client_, gate).handFansBack();
+    EXPECT_THAT(helper_.taken(), ElementsAre("ping"));
+}
+
+TEST_F(ExitTest, FailuresFromTheStatusItemReachTheUser) {
+    helper_.setAnswer([](const HelperRequest& request) {
+        return request.action == HelperAction::ping ? RecordingHelper::accept("da")
+                                                    : RecordingHelper::refuse("geht nicht");
+    });
+    run({"--minimized"}, [&](VentaroApp& app) {
+        app.viewModel().selectProfile(ControlProfile::turbo); // not from the status item
+        settle();
+        EXPECT_THAT(told_, IsEmpty());
+        for (int time = 1; time <= 2; ++time) { // also when nothing about the failure is new
+            choose(app, "Leise");
+            settle();
+            EXPECT_EQ(told_.size(), static_cast<std::size_t>(time));
+        }
+        EXPECT_EQ(told_.back(), "geht nicht");
+
+        choose(app, "Dashboard");
+        ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+        Q_EMIT app.popover().actionStarted();
+        app.viewModel().selectProfile(ControlProfile::systemAuto);
+        settle();
+        EXPECT_EQ(told_.size(), 2U) << "the dashboard shows it";
+    });
+}
+
+} // namespace
+} // namespace ventaro

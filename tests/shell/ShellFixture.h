@@ -1,0 +1,67 @@
+#pragma once
+
+#include "ControllerFixture.h"
+#include "ThreadTaskRunner.h"
+#include "VentaroApp.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QTimer>
+
+namespace ventaro {
+
+inline bool processUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+        QCoreApplication::processEvents();
+        return condition();
+    });
+}
+
+/// The whole application with its real windows, on a machine in this process and no desktop.
+class ShellFixture : public ControllerFixture {
+protected:
+    /// Runs an application; `script` plays the user inside its event loop and the end of it is
+    /// `quit` unless it has found another one. The helper's requests since its start are returned.
+    std::vector<std::string> run(const QStringList& arguments,
+                                 const std::function<void(VentaroApp&)>& script) {
+        VentaroApp app({machine_.service, client_, inspector_, root_, session_, runner_},
+                       {arguments,
+                        {QString(), folder_.path() / "kept/window-size", grace_},
+                        [this](const QString& text) { told_.push_back(text.toStdString()); }});
+        bool hasEnded = false;
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, &app, [&] { hasEnded = true; });
+        QTimer::singleShot(0, &app, [&] {
+            settle();
+            helper_.taken();
+            script(app);
+            if (!hasEnded) {
+                app.quit();
+            }
+        });
+        EXPECT_EQ(app.run(), 0);
+        runner_.finishAll();
+        return helper_.taken();
+    }
+    /// Lets everything happen that is under way or queued.
+    void settle() {
+        runner_.finishAll();
+        QCoreApplication::processEvents();
+    }
+    static void choose(VentaroApp& app, const char* entry) {
+        QMenu& menu = app.statusItem().menu().menu();
+        Q_EMIT menu.aboutToShow();
+        const auto actions = menu.actions();
+        const auto found =
+            std::find_if(actions.rbegin(), actions.rend(), [entry](const QAction* action) {
+                return action->text() == QString::fromUtf8(entry);
+            });
+        ASSERT_NE(found, actions.rend()) << entry;
+        (*found)->trigger();
+    }
+
+    ThreadTaskRunner runner_;
+    std::chrono::milliseconds grace_ = std::chrono::minutes(1);
+    std::vector<std::string> told_; ///< what the desktop was told
+};
+
+} // namespace ventaro
