@@ -46,6 +46,12 @@ FocusScope {
         }
     }
 
+    CurveModel {
+        id: curveModel
+
+        viewModel: dashboard.viewModel
+    }
+
     SidebarContent {
         id: sidebar
 
@@ -113,10 +119,19 @@ FocusScope {
                         machineNote: dashboard.machineNote
                     }
                 }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.SmartCurve ? 1 : 0
+
+                    SmartCurveContent {
+                        width: column.width
+                        curve: curveModel
+                        containerSize: Qt.size(detail.width, detail.height)
+                    }
+                }
                 Item {
                     width: column.width
                     height: Math.max(detail.height - 2 * page.padding - banners.height, 60)
-                    visible: dashboard.selectedTab !== DashboardTab.Overview
+                    visible: dashboard.selectedTab > DashboardTab.SmartCurve
 
                     Label {
                         anchors.centerIn: parent
