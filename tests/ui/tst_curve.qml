@@ -181,7 +181,9 @@ TestCase {
         compare(bench.savedCurve().length, 4);
         const typed = (number, keys) => {
             const field = bench.named(view, "Temperatur Stützpunkt " + number + " eintippen");
-            mouseClick(field);
+            if (!field.activeFocus)
+                mouseClick(field);
+            compare(field.selectedText, field.text, "typing would not replace the value");
             for (const key of keys)
                 keyClick(key);
             keyClick(Qt.Key_Return);

@@ -11,7 +11,6 @@ T.TextField {
     property real from: 0
     property real to: 100
     property string unit
-    property bool isFresh: false
 
     signal entered(real value)
 
@@ -33,9 +32,12 @@ T.TextField {
     hoverEnabled: true
     selectByMouse: true
     activeFocusOnTab: true
+    // A press would place the cursor and so end the selection; the tap comes after it.
+    activeFocusOnPress: false
     color: Theme.textPrimary
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
+    font.family: Qt.application.font.family
     font.pixelSize: Theme.smallestSize
     font.weight: Font.DemiBold
     maximumLength: activeFocus ? 3 : 8
@@ -45,14 +47,7 @@ T.TextField {
         if (!activeFocus)
             showValue();
     }
-    // The press that brings the focus also places the cursor, which ends the selection.
-    onReleased: {
-        if (isFresh && selectedText === "")
-            selectAll();
-        isFresh = false;
-    }
     onActiveFocusChanged: {
-        isFresh = activeFocus;
         if (activeFocus) {
             showValue();
             selectAll();
@@ -60,12 +55,20 @@ T.TextField {
             takeOver();
         }
     }
-    Keys.onReturnPressed: takeOver()
-    Keys.onEnterPressed: takeOver()
+    Keys.onReturnPressed: {
+        takeOver();
+        selectAll();
+    }
+    Keys.onEnterPressed: event => Keys.returnPressed(event)
     Keys.onEscapePressed: event => {
         event.accepted = text !== NumberText.whole(value);
         showValue();
         selectAll();
+    }
+
+    TapHandler {
+        enabled: !field.activeFocus
+        onTapped: field.forceActiveFocus(Qt.MouseFocusReason)
     }
 
     background: Rectangle {

@@ -41,7 +41,12 @@ Item {
         anchors.fill: parent
         anchors.margins: 2
 
-        readonly property real spare: width - picker.labels.reduce((sum, label) => sum + metrics.advanceWidth(label), 0)
+        readonly property real spare: {
+            let taken = 0;
+            for (const label of picker.labels)
+                taken += metrics.advanceWidth(label);
+            return width - taken;
+        }
 
         FontMetrics {
             id: metrics

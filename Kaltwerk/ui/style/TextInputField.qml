@@ -18,6 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
     selectByMouse: true
+    font.family: Qt.application.font.family
     font.pixelSize: Theme.bodySize
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText

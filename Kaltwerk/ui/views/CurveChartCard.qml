@@ -185,7 +185,7 @@ Card {
 
                 x: -width / 2
                 y: plot.yOf(card.curve.currentPercent) - height / 2
-                width: 12.9 + 3
+                width: 16
                 height: width
                 radius: width / 2
                 color: Theme.orange

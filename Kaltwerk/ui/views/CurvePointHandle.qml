@@ -16,7 +16,7 @@ Item {
     required property bool isDragged
     property bool isFocusedByMouse: false
 
-    readonly property real diameter: 10.7
+    readonly property real diameter: 11
     readonly property alias labelWidth: chip.width
 
     /// A key moves this point by so much.
