@@ -37,10 +37,9 @@ T.TextField {
     color: Theme.textPrimary
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
-    font.family: Qt.application.font.family
+    font.family: Appearance.fontFamily
     font.pixelSize: Theme.smallestSize
     font.weight: Font.DemiBold
-    maximumLength: activeFocus ? 3 : 8
     inputMethodHints: Qt.ImhDigitsOnly
     Component.onCompleted: showValue()
     onValueChanged: {

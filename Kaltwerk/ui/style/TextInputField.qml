@@ -18,7 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
     selectByMouse: true
-    font.family: Qt.application.font.family
+    font.family: Appearance.fontFamily
     font.pixelSize: Theme.bodySize
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
