@@ -32,8 +32,6 @@ T.TextField {
     hoverEnabled: true
     selectByMouse: true
     activeFocusOnTab: true
-    // A press would place the cursor and so end the selection; the tap comes after it.
-    activeFocusOnPress: false
     color: Theme.textPrimary
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
@@ -63,11 +61,6 @@ T.TextField {
         event.accepted = text !== NumberText.whole(value);
         showValue();
         selectAll();
-    }
-
-    TapHandler {
-        enabled: !field.activeFocus
-        onTapped: field.forceActiveFocus(Qt.MouseFocusReason)
     }
 
     background: Rectangle {
