@@ -8,7 +8,8 @@ build_packages=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev
     qt6-declarative-dev-tools libqt6charts6-dev libqt6svg6-dev libxcb1-dev qml6-module-qtquick
     qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtqml
     qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick-shapes qml6-module-qtcharts fonts-inter nlohmann-json3-dev libcli11-dev libpugixml-dev)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace xvfb openbox trayer xdotool x11-utils dbus)
+run_packages=(xvfb xdotool imagemagick) # only where there is no display
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace xvfb openbox trayer xdotool x11-utils dbus at-spi2-core)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
 
 fail() {
@@ -40,4 +41,25 @@ require_packages() {
             apt-get install -y -q --no-install-recommends "$package" ||
             fail "the package $package could not be installed"
     done
+}
+
+# A virtual display for as long as this script runs, away from the desktop of whoever calls it.
+start_display() {
+    local display number
+    desktop_folder=$(mktemp -d)
+    trap end_display EXIT
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    # In a session of its own: Ctrl-C is not for it, or the programs would lose their display.
+    exec {display}< <(exec setsid Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>/dev/null)
+    display_server=$!
+    read -r number <&"$display" || fail "Xvfb did not start"
+    exec {display}<&-
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$desktop_folder
+    export DBUS_SESSION_BUS_ADDRESS=disabled:
+}
+
+end_display() {
+    kill "$display_server" 2>/dev/null || true
+    rm -rf "$desktop_folder"
 }
