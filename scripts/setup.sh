@@ -5,7 +5,7 @@ project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bin="$project/build/release/bin"
 
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev
-    qt6-declarative-dev-tools libqt6charts6-dev libqt6svg6-dev libxcb1-dev qml6-module-qtquick
+    qt6-declarative-dev-tools qt6-charts-dev qt6-svg-dev libxcb1-dev qml6-module-qtquick
     qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtqml
     qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick-shapes qml6-module-qtcharts fonts-inter nlohmann-json3-dev libcli11-dev libpugixml-dev)
 run_packages=(xvfb xdotool imagemagick) # only where there is no display
@@ -43,23 +43,32 @@ require_packages() {
     done
 }
 
-# A virtual display for as long as this script runs, away from the desktop of whoever calls it.
-start_display() {
-    local display number
-    desktop_folder=$(mktemp -d)
-    trap end_display EXIT
+# Runs a command on a virtual display of its own, away from the desktop of whoever calls the script,
+# and takes both down again however it ends.
+run_on_virtual_display() {
+    display_folder=$(mktemp -d)
+    display_server=
+    display_user=
+    trap end_virtual_display EXIT
     trap 'exit 130' INT
-    trap 'exit 143' TERM
+    trap 'exit 143' TERM HUP
     # In a session of its own: Ctrl-C is not for it, or the programs would lose their display.
-    exec {display}< <(exec setsid Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>/dev/null)
+    local output number
+    exec {output}< <(exec setsid Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>/dev/null)
     display_server=$!
-    read -r number <&"$display" || fail "Xvfb did not start"
-    exec {display}<&-
-    export DISPLAY=:$number QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$desktop_folder
-    export DBUS_SESSION_BUS_ADDRESS=disabled:
+    read -r number <&"$output" || fail "Xvfb did not start"
+    exec {output}<&-
+    DISPLAY=:$number QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$display_folder \
+        DBUS_SESSION_BUS_ADDRESS=disabled: "$@" &
+    display_user=$!
+    wait $display_user # not in the foreground: a signal to this script alone would have to wait
 }
 
-end_display() {
-    kill "$display_server" 2>/dev/null || true
-    rm -rf "$desktop_folder"
+end_virtual_display() {
+    local process
+    for process in $display_user $display_server; do
+        kill "$process" 2>/dev/null || true
+        wait "$process" 2>/dev/null || true
+    done
+    rm -rf "$display_folder"
 }
