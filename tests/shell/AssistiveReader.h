@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <algorithm>
-#include <functional>
+#include <string>
 #include <vector>
 
 namespace ventaro {
