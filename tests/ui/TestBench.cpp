@@ -1,6 +1,10 @@
 #include "TestBench.h"
 
+#include "EmbeddedFiles.h"
+
 #include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <functional>
 
 namespace ventaro {
@@ -95,6 +99,16 @@ void TestBench::setConflict(bool runs) {
     tasks_.runAll();
 }
 
+void TestBench::setProfile(const QString& json) {
+    host_.document = json.isEmpty() ? EmbeddedFiles::profile : json.toStdString();
+}
+
+QString TestBench::clipboard() const { return QGuiApplication::clipboard()->text(); }
+
+QQuickItem* TestBench::scrollPage(QQuickItem* root) const {
+    return walk(root, [](QQuickItem* item) { return item->inherits("QQuickFlickable"); });
+}
+
 QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {
     QQuickItem* control = walk(root, [&](QQuickItem* item) {
         return nameOf(item) == name && !item->inherits("QQuickText");
@@ -106,7 +120,8 @@ QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {
 QStringList TestBench::texts(QQuickItem* root) const {
     QStringList texts;
     walk(root, [&](QQuickItem* item) {
-        const bool isText = item->inherits("QQuickText") || item->inherits("ventaro::TabularText");
+        const bool isText = item->inherits("QQuickText") || item->inherits("QQuickTextEdit") ||
+                            item->inherits("ventaro::TabularText");
         if (isText && !item->property("text").toString().isEmpty()) {
             texts.append(item->property("text").toString());
         }

@@ -35,11 +35,16 @@ public:
     Q_INVOKABLE void setRange(int fan, double minimum, double maximum);
     Q_INVOKABLE void setHelperAnswers(bool answers);
     Q_INVOKABLE void setConflict(bool runs);
+    /// What the profiler prints from its next run on; that of the simulated machine without one.
+    Q_INVOKABLE void setProfile(const QString& json = {});
     Q_INVOKABLE int profilerRuns() const { return host_.runs; }
 
     /// The first visible control, or else text, below `root` that assistive technology knows by
     /// this name; null without one.
     Q_INVOKABLE QQuickItem* named(QQuickItem* root, const QString& name) const;
+    /// The first item below `root` that scrolls.
+    Q_INVOKABLE QQuickItem* scrollPage(QQuickItem* root) const;
+    Q_INVOKABLE QString clipboard() const;
     /// All texts that are to be seen below `root`, in the order of their items.
     Q_INVOKABLE QStringList texts(QQuickItem* root) const;
     /// What assistive technology reads of a choice or switch, and of a slider.

@@ -88,6 +88,7 @@ T.Button {
             }
             Label {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
                 text: button.text
                 color: button.foreground
                 size: button.fontSize

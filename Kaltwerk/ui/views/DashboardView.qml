@@ -13,6 +13,7 @@ FocusScope {
     property string machineNote
     property int selectedTab: DashboardTab.Overview
     property string sensorSearchText
+    property bool hidesHardwareIdentifiers: false
 
     readonly property real sidebarMinimum: 205
     readonly property real sidebarMaximum: 245
@@ -113,10 +114,39 @@ FocusScope {
                         machineNote: dashboard.machineNote
                     }
                 }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Sensors ? 1 : 0
+
+                    SensorsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        searchText: dashboard.sensorSearchText
+                        onSearchTextEdited: text => dashboard.sensorSearchText = text
+                    }
+                }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Hardware ? 1 : 0
+
+                    HardwareSpecsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        hidesIdentifiers: dashboard.hidesHardwareIdentifiers
+                        onHidesIdentifiersChosen: hides => dashboard.hidesHardwareIdentifiers = hides
+                    }
+                }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Settings ? 1 : 0
+
+                    SettingsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        machineNote: dashboard.machineNote
+                    }
+                }
                 Item {
                     width: column.width
                     height: Math.max(detail.height - 2 * page.padding - banners.height, 60)
-                    visible: dashboard.selectedTab !== DashboardTab.Overview
+                    visible: dashboard.selectedTab === DashboardTab.SmartCurve
 
                     Label {
                         anchors.centerIn: parent
