@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <fstream>
 #include <functional>
 
 namespace ventaro {
@@ -103,6 +104,22 @@ void TestBench::setProfile(const QString& json) {
     host_.document = json.isEmpty() ? EmbeddedFiles::profile : json.toStdString();
 }
 
+void TestBench::blockLoginItem() { std::ofstream(folder_.path() / "home") << "in the way"; }
+
+QStringList TestBench::cutTexts(QQuickItem* root) const {
+    QStringList cut;
+    walk(root, [&](QQuickItem* item) {
+        const bool isText = item->inherits("QQuickText") || item->inherits("QQuickTextEdit");
+        const qreal end = item->mapToItem(root, {item->width(), 0}).x();
+        if (isText && (item->property("truncated").toBool() || end > root->width() + 1 ||
+                       item->property("contentWidth").toReal() > item->width() + 1)) {
+            cut.append(item->property("text").toString());
+        }
+        return false;
+    });
+    return cut;
+}
+
 QString TestBench::clipboard() const { return QGuiApplication::clipboard()->text(); }
 
 QQuickItem* TestBench::scrollPage(QQuickItem* root) const {
@@ -144,7 +161,8 @@ double TestBench::accessibleValue(QQuickItem* item) const {
 QStringList TestBench::namelessControls(QQuickItem* root) const {
     QStringList nameless;
     walk(root, [&](QQuickItem* item) {
-        const bool isControl = item->activeFocusOnTab() || item->inherits("QQuickControl");
+        const bool isControl = item->activeFocusOnTab() || (item->inherits("QQuickControl") &&
+                                                            !item->inherits("QQuickScrollBar"));
         if (isControl && nameOf(item).isEmpty()) {
             nameless.append(QString::fromLatin1(item->metaObject()->className()));
         }

@@ -18,6 +18,8 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
     selectByMouse: true
+    // Desktops have a font of their own for fields.
+    font.family: placeholder.font.family
     font.pixelSize: Theme.bodySize
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
@@ -30,6 +32,8 @@ T.TextField {
     }
 
     Label {
+        id: placeholder
+
         x: field.leftPadding
         width: field.width - field.leftPadding - field.rightPadding
         height: field.height

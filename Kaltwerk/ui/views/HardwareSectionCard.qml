@@ -25,7 +25,7 @@ Card {
             cyan: [Theme.cyan, Theme.cyanText],
             mint: [Theme.mint, Theme.mintText]
         })
-    readonly property var accent: accents[accentName] ?? [Theme.accentFill, Theme.accentText]
+    readonly property var accent: accents.hasOwnProperty(accentName) ? accents[accentName] : [Theme.accentFill, Theme.accentText]
 
     implicitHeight: column.height + 2 * column.y
 
@@ -82,6 +82,7 @@ Card {
             id: list
 
             width: parent.width
+            bottomPadding: boxes.visible ? 4 : 0
 
             Repeater {
                 id: rows
@@ -94,8 +95,10 @@ Card {
                     required property int index
                     required property var modelData
 
+                    readonly property bool isLast: index === rows.count - 1
+
                     width: list.width
-                    height: row.height + 9
+                    height: row.height + (isLast ? 4 : 9)
 
                     HardwareRow {
                         id: row
@@ -111,7 +114,7 @@ Card {
                         anchors.bottom: parent.bottom
                         width: parent.width
                         height: 1
-                        visible: cell.index < rows.count - 1
+                        visible: !cell.isLast
                         color: Theme.hairline
                     }
                 }

@@ -55,10 +55,11 @@ Column {
     Item {
         id: header
 
-        readonly property bool isNarrow: width < 520
+        /// The second line goes below the buttons where they would make it wrap.
+        readonly property bool isStacked: width < 760
 
         width: parent.width
-        height: Math.max(subtitle.y + subtitle.height, buttons.height)
+        height: subtitle.y + subtitle.height
 
         Label {
             id: title
@@ -75,8 +76,8 @@ Column {
         Label {
             id: subtitle
 
-            y: title.height
-            width: header.isNarrow ? parent.width : buttons.x - 12
+            y: Math.max(title.height + 2, header.isStacked ? 25 : 0)
+            width: header.isStacked ? parent.width : buttons.x - 12
             text: "Vollständige Spezifikationen für CPU, Arbeitsspeicher (RAM), Dual-GPU, NVMe SSD, Logic Board und Akku."
             color: Theme.textSecondary
             lineHeightMode: Text.FixedHeight
@@ -87,7 +88,7 @@ Column {
             id: buttons
 
             anchors.right: parent.right
-            y: header.isNarrow ? 0 : Math.round((parent.height - height) / 2)
+            y: header.isStacked ? -3 : Math.round((parent.height - height) / 2)
             spacing: 6
 
             PushButton {
@@ -128,7 +129,7 @@ Column {
     Column {
         width: parent.width
         visible: cards.count === 0
-        topPadding: 76
+        topPadding: 86
         spacing: 10
 
         Spinner {

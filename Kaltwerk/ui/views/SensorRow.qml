@@ -1,5 +1,6 @@
 import QtQuick
 import Ventaro.Style
+import Ventaro.Views
 
 /// One sensor of a group.
 Item {
@@ -51,8 +52,7 @@ Item {
         id: title
 
         x: 12
-        anchors.verticalCenter: parent.verticalCenter
-        anchors.verticalCenterOffset: row.isLast ? 0 : -0.5
+        y: Math.round((25 - height) / 2)
         width: Math.min(implicitWidth, value.x - 12 - x - 8 - smcKey.implicitWidth)
         text: row.name
         size: 11.5
@@ -77,7 +77,7 @@ Item {
 
         anchors.right: parent.right
         anchors.rightMargin: 12
-        anchors.verticalCenter: title.verticalCenter
+        y: Math.round(title.y + title.baselineOffset - baselineOffset)
         text: row.valueText
         color: Theme.textPrimary
         font.pointSize: Theme.fontPoints(Theme.captionSize)

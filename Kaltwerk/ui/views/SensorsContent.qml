@@ -69,12 +69,13 @@ Column {
         readonly property bool isNarrow: width < 560
 
         width: parent.width
-        height: isNarrow ? words.height + 12 + field.height : Math.max(words.height, field.height)
+        height: isNarrow ? words.height + 10 + field.height : Math.max(words.height, field.height)
 
         Column {
             id: words
 
             width: header.isNarrow ? parent.width : field.x - 12
+            spacing: 2
 
             Label {
                 width: parent.width

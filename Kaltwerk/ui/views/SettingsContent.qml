@@ -47,7 +47,7 @@ Column {
         readonly property bool isActive: content.viewModel.isHelperInstalled
 
         width: parent.width
-        height: content.isNarrow ? install.y + install.height + inset : words.height + 2 * words.y
+        height: 2 * inset + words.height + (content.isNarrow ? 8 + install.height : 0)
 
         SymbolIcon {
             id: shield
@@ -61,7 +61,7 @@ Column {
         Item {
             id: words
 
-            readonly property real pathsTop: content.isNarrow ? shield.height + 8 : state.height + 2
+            readonly property real pathsTop: content.isNarrow ? shield.height + 8 : state.height + 3
 
             x: content.isNarrow ? status.inset : shield.x + shield.width + 12
             y: status.inset
@@ -77,6 +77,8 @@ Column {
                 text: status.isActive ? "Hintergrund-Helper ist aktiv" : "Hintergrund-Helper nicht installiert"
                 size: Theme.sectionSize
                 font.weight: Font.DemiBold
+                lineHeightMode: Text.FixedHeight
+                lineHeight: 18
                 wrapMode: Text.Wrap
             }
             // In two pieces, so that no line ends within a path while both would fit one below the
