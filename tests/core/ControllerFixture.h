@@ -98,18 +98,19 @@ struct ListedApplications final : RunningApplications {
     std::shared_ptr<const List> seen = std::make_shared<List>();
 };
 
-/// A host that knows nothing and counts how often its profiler runs.
+/// A host that knows nothing but `document`, and counts how often its profiler runs.
 struct BlankHost final : HostInformation {
     std::optional<std::string> runProgram(const std::string& /*path*/,
                                           const std::vector<std::string>& /*arguments*/) override {
         ++runs;
-        return std::nullopt;
+        return document;
     }
     void endPrograms() override { hasEnded = true; }
     std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view /*name*/) override {
         return std::nullopt;
     }
     std::string operatingSystemVersion() override { return "Version 0"; }
+    std::optional<std::string> document;
     int runs = 0;
     bool hasEnded = false;
 };

@@ -75,8 +75,43 @@ QString sized(const char* name, const QSize& size, const char* theme) {
     return QStringLiteral("%1-%2x%3-%4").arg(name).arg(size.width()).arg(size.height()).arg(theme);
 }
 
+/// The tabs in what is not their usual state.
+bool takeStates(Camera& camera, TestBench& bench, const char* theme) {
+    constexpr QSize size = sizes[1];
+    const auto tab = [](QQuickItem* dashboard, int index) {
+        dashboard->setProperty("selectedTab", index);
+    };
+    QQuickItem* dashboard = camera.load(bench, "DashboardView");
+    tab(dashboard, 2);
+    bool isGood = true;
+    for (const auto& [name, filter] :
+         {std::pair("sensors-filter", "tc0"), std::pair("sensors-nothing", "Wärmepumpe")}) {
+        dashboard->setProperty("sensorSearchText", QString::fromUtf8(filter));
+        isGood = camera.take(sized(name, size, theme), size) && isGood;
+    }
+    tab(dashboard, 3);
+    bench.runTasks();
+    dashboard->setProperty("hidesHardwareIdentifiers", true);
+    isGood = camera.take(sized("hardware-masked", size, theme), size) && isGood;
+    constexpr int someCardsDown = 600;
+    bench.scrollPage(dashboard)->setProperty("contentY", someCardsDown);
+    isGood = camera.take(sized("hardware-scrolled", size, theme), size) && isGood;
+    TestBench loading;
+    tab(camera.load(loading, "DashboardView"), 3);
+    isGood = camera.take(sized("hardware-loading", size, theme), size) && isGood;
+    bench.setHelperAnswers(false);
+    for (const QSize& narrow : {sizes[0], sizes[1]}) {
+        tab(camera.load(bench, "DashboardView"), 4);
+        isGood = camera.take(sized("helper-missing", narrow, theme), narrow) && isGood;
+    }
+    bench.setHelperAnswers(true);
+    camera.load(bench, "DashboardView");
+    return isGood;
+}
+
 bool takeAll(const QDir& folder) {
     TestBench bench;
+    bench.setProfile();
     liveThroughALoad(bench);
     Camera camera(folder);
     bool isGood = true;
@@ -90,6 +125,7 @@ bool takeAll(const QDir& folder) {
                 isGood = camera.take(sized(tabs[tab], size, theme), size) && isGood;
             }
         }
+        isGood = takeStates(camera, bench, theme) && isGood;
         camera.load(bench, "MenuBarPopoverView");
         isGood = camera.take(QStringLiteral("popover-%1").arg(theme), {330, 484}) && isGood;
         bench.setHelperAnswers(false);

@@ -1,6 +1,10 @@
 #include "TestBench.h"
 
+#include "EmbeddedFiles.h"
+
 #include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <fstream>
 #include <functional>
 
@@ -123,6 +127,32 @@ QUrl TestBench::file(const QString& text) const {
     return QUrl::fromLocalFile(QString::fromStdString(path.string()));
 }
 
+void TestBench::setProfile(const QString& json) {
+    host_.document = json.isEmpty() ? EmbeddedFiles::profile : json.toStdString();
+}
+
+void TestBench::blockLoginItem() { std::ofstream(folder_.path() / "home") << "in the way"; }
+
+QStringList TestBench::cutTexts(QQuickItem* root) const {
+    QStringList cut;
+    walk(root, [&](QQuickItem* item) {
+        const bool isText = item->inherits("QQuickText") || item->inherits("QQuickTextEdit");
+        const qreal end = item->mapToItem(root, {item->width(), 0}).x();
+        if (isText && (item->property("truncated").toBool() || end > root->width() + 1 ||
+                       item->property("contentWidth").toReal() > item->width() + 1)) {
+            cut.append(item->property("text").toString());
+        }
+        return false;
+    });
+    return cut;
+}
+
+QString TestBench::clipboard() const { return QGuiApplication::clipboard()->text(); }
+
+QQuickItem* TestBench::scrollPage(QQuickItem* root) const {
+    return walk(root, [](QQuickItem* item) { return item->inherits("QQuickFlickable"); });
+}
+
 QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {
     QQuickItem* control = walk(root, [&](QQuickItem* item) {
         return nameOf(item) == name && !item->inherits("QQuickText");
@@ -134,7 +164,8 @@ QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {
 QStringList TestBench::texts(QQuickItem* root) const {
     QStringList texts;
     walk(root, [&](QQuickItem* item) {
-        const bool isText = item->inherits("QQuickText") || item->inherits("ventaro::TabularText");
+        const bool isText = item->inherits("QQuickText") || item->inherits("QQuickTextEdit") ||
+                            item->inherits("ventaro::TabularText");
         if (isText && !item->property("text").toString().isEmpty()) {
             texts.append(item->property("text").toString());
         }
@@ -157,7 +188,8 @@ double TestBench::accessibleValue(QQuickItem* item) const {
 QStringList TestBench::namelessControls(QQuickItem* root) const {
     QStringList nameless;
     walk(root, [&](QQuickItem* item) {
-        const bool isControl = item->activeFocusOnTab() || item->inherits("QQuickControl");
+        const bool isControl = item->activeFocusOnTab() || (item->inherits("QQuickControl") &&
+                                                            !item->inherits("QQuickScrollBar"));
         if (isControl && nameOf(item).isEmpty()) {
             nameless.append(QString::fromLatin1(item->metaObject()->className()));
         }

@@ -36,6 +36,12 @@ public:
     Q_INVOKABLE void setRange(int fan, double minimum, double maximum);
     Q_INVOKABLE void setHelperAnswers(bool answers);
     Q_INVOKABLE void setConflict(bool runs);
+    /// What the profiler prints from its next run on; that of the simulated machine without one.
+    Q_INVOKABLE void setProfile(const QString& json = {});
+    /// From now on nothing can be put where the session looks for what to start.
+    Q_INVOKABLE void blockLoginItem();
+    /// A new controller on what the old one has saved.
+    Q_INVOKABLE void restart() { settled(); }
     Q_INVOKABLE int profilerRuns() const { return host_.runs; }
 
     /// The curve's temperatures and percents in stored order: the controller's, and what the last
@@ -48,6 +54,11 @@ public:
     /// The first visible control, or else text, below `root` that assistive technology knows by
     /// this name; null without one.
     Q_INVOKABLE QQuickItem* named(QQuickItem* root, const QString& name) const;
+    /// The first item below `root` that scrolls.
+    Q_INVOKABLE QQuickItem* scrollPage(QQuickItem* root) const;
+    Q_INVOKABLE QString clipboard() const;
+    /// The texts below `root` that are cut short, or end beyond its right edge.
+    Q_INVOKABLE QStringList cutTexts(QQuickItem* root) const;
     /// All texts that are to be seen below `root`, in the order of their items.
     Q_INVOKABLE QStringList texts(QQuickItem* root) const;
     /// What assistive technology reads of a choice or switch, and of a slider.

@@ -45,7 +45,8 @@ T.Button {
         }
     }
 
-    implicitWidth: content.implicitWidth + 2 * (small ? 8 : 10)
+    // Whole points, so that the border stays sharp at either end.
+    implicitWidth: Math.ceil(content.implicitWidth) + 2 * (small ? 8 : 10)
     implicitHeight: small ? 22 : 26
     enabled: !busy
     hoverEnabled: true
@@ -88,6 +89,7 @@ T.Button {
             }
             Label {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
                 text: button.text
                 color: button.foreground
                 size: button.fontSize

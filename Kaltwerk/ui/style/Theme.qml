@@ -111,6 +111,7 @@ QtObject {
     readonly property int bodySize: 12
     readonly property int captionSize: 11
     readonly property int smallestSize: 10
+    readonly property string monoFamily: "monospace"
 
     /// For sizes between whole pixels, which only a font's size in points can have.
     function fontPoints(pixels: real): real {

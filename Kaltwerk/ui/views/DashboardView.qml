@@ -13,6 +13,7 @@ FocusScope {
     property string machineNote
     property int selectedTab: DashboardTab.Overview
     property string sensorSearchText
+    property bool hidesHardwareIdentifiers: false
 
     readonly property real sidebarMinimum: 205
     readonly property real sidebarMaximum: 245
@@ -128,16 +129,33 @@ FocusScope {
                         containerSize: Qt.size(detail.width, detail.height)
                     }
                 }
-                Item {
-                    width: column.width
-                    height: Math.max(detail.height - 2 * page.padding - banners.height, 60)
-                    visible: dashboard.selectedTab > DashboardTab.SmartCurve
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Sensors ? 1 : 0
 
-                    Label {
-                        anchors.centerIn: parent
-                        text: DashboardTab.titles[dashboard.selectedTab]
-                        color: Theme.textTertiary
-                        size: Theme.pageTitleSize
+                    SensorsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        searchText: dashboard.sensorSearchText
+                        onSearchTextEdited: text => dashboard.sensorSearchText = text
+                    }
+                }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Hardware ? 1 : 0
+
+                    HardwareSpecsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        hidesIdentifiers: dashboard.hidesHardwareIdentifiers
+                        onHidesIdentifiersChosen: hides => dashboard.hidesHardwareIdentifiers = hides
+                    }
+                }
+                Repeater {
+                    model: dashboard.selectedTab === DashboardTab.Settings ? 1 : 0
+
+                    SettingsContent {
+                        width: column.width
+                        viewModel: dashboard.viewModel
+                        machineNote: dashboard.machineNote
                     }
                 }
             }

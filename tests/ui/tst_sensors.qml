@@ -1,0 +1,131 @@
+import QtQuick
+import QtTest
+import Ventaro.Test
+import Ventaro.Views
+
+TestCase {
+    id: test
+
+    property TestBench bench
+    property DashboardView view
+    readonly property string hottest: "CPU PECI Package (Max), TCXC: 63.4 °C"
+
+    name: "Sensors"
+    when: windowShown
+    visible: true
+    width: 620
+    height: 480
+
+    Component {
+        id: benches
+
+        TestBench {}
+    }
+    Component {
+        id: views
+
+        DashboardView {
+            width: 620
+            height: 480
+        }
+    }
+
+    function init() {
+        bench = benches.createObject(test);
+        view = views.createObject(test, {
+            viewModel: bench.viewModel
+        });
+        view.selectedTab = DashboardTab.Sensors;
+        bench.runTasks();
+        waitForRendering(view);
+    }
+    function cleanup() {
+        view.destroy();
+        bench.destroy();
+        wait(0);
+    }
+    function shown() {
+        return bench.texts(view);
+    }
+    function titles() {
+        return shown().filter(text => ["CPU", "GPU", "KÜHLSYSTEM & GEHÄUSE", "BOARD & SSD", "AKKU", "LEISTUNG (WATT)"].indexOf(text) >= 0);
+    }
+    function keys() {
+        return shown().filter(text => /^[TPVI][A-Za-z0-9]{3}$/.test(text));
+    }
+    function field() {
+        return bench.named(view, "Sensor oder SMC-Key filtern...");
+    }
+
+    function test_showsEverySensorInItsGroup() {
+        verify(shown().indexOf("AppleSMC Hardware-Sensoren (41 aktiv)") >= 0);
+        compare(keys().length, 41);
+        compare(titles(), ["CPU", "GPU", "KÜHLSYSTEM & GEHÄUSE", "BOARD & SSD", "AKKU", "LEISTUNG (WATT)"]);
+        compare(bench.cutTexts(view), []);
+        compare(bench.namelessControls(view), []);
+    }
+    function test_filter_data() {
+        const isTurkish = Qt.locale().name.startsWith("tr");
+        return [
+            { tag: "tc0", keys: ["TC0F", "TC0E", "TC0P"] },
+            { tag: "tGdD", keys: ["TGDD"] },
+            { tag: "proximity ", keys: ["TG0P", "TG1P"] },
+            { tag: "CPU-seite", keys: ["Th1H"] },
+            { tag: " cpu", keys: [] },
+            { tag: "nothing like it", keys: [] },
+            { tag: "intel uhd", keys: isTurkish ? [] : ["TCGC"] },
+            { tag: "INTEL UHD", keys: ["TCGC"] },
+        ];
+    }
+    function test_filter(row) {
+        view.sensorSearchText = row.tag;
+        compare(keys(), row.keys);
+        compare(titles().length, row.keys.length > 0 ? 1 : 0, "a title without sensors");
+        compare(shown().indexOf("Kein Sensor passt zu „" + row.tag + "“.") >= 0, row.keys.length === 0);
+        verify(shown().indexOf("AppleSMC Hardware-Sensoren (41 aktiv)") >= 0);
+        compare(field().text, row.tag);
+        view.sensorSearchText = "";
+        compare(keys().length, 41);
+    }
+    function test_valuesChangeInTheirPlace() {
+        const page = bench.scrollPage(view);
+        const hot = bench.named(view, hottest);
+        const other = bench.named(view, "CPU Die (Filter), TC0F: 42.7 °C");
+        page.scrollBy(300);
+        bench.setTemperatures(97.25, 52.1, 31.8);
+        bench.tick();
+        compare(hot.valueText, "97.2 °C");
+        compare(bench.named(view, "CPU Die (Filter), TC0F: 42.7 °C"), other);
+        compare(page.contentY, 300);
+    }
+    function test_keys() {
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        verify(field().activeFocus);
+        keyClick("t");
+        keyClick("c");
+        compare(view.sensorSearchText, "tc");
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Tab);
+        verify(bench.named(view, hottest).activeFocus);
+        keyClick(Qt.Key_Up);
+        keyClick(Qt.Key_C, Qt.ControlModifier);
+        compare(bench.clipboard(), "63.4 °C");
+        keyClick(Qt.Key_Escape);
+        compare(view.sensorSearchText, "");
+        compare(field().text, "");
+        for (let row = 0; row < 14; ++row)
+            keyClick(Qt.Key_Down);
+        verify(bench.named(view, "AMD Radeon Pro GPU Die, TGDD: 52.1 °C").activeFocus, "the arrows end at the group");
+    }
+    function test_menuCopies_data() {
+        return [{ tag: "Wert kopieren", text: "63.4 °C" }, { tag: "SMC-Key kopieren", text: "TCXC" }];
+    }
+    function test_menuCopies(row) {
+        mouseClick(bench.named(view, hottest), 40, 10, Qt.RightButton);
+        const window = view.Window.window.contentItem;
+        tryVerify(() => bench.named(window, row.tag));
+        mouseClick(bench.named(window, row.tag));
+        compare(bench.clipboard(), row.text);
+        tryVerify(() => !bench.named(window, row.tag));
+    }
+}

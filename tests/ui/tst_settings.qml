@@ -1,0 +1,109 @@
+import QtQuick
+import QtTest
+import Ventaro.Test
+import Ventaro.Views
+
+TestCase {
+    id: test
+
+    property TestBench bench
+    property SettingsContent view
+    readonly property string autostart: "Ventaro beim Start von macOS automatisch ausführen (Autostart)"
+
+    name: "Settings"
+    when: windowShown
+    visible: true
+    width: 760
+    height: 600
+
+    Component {
+        id: benches
+
+        TestBench {}
+    }
+    Component {
+        id: views
+
+        SettingsContent {}
+    }
+
+    function init() {
+        bench = benches.createObject(test);
+        view = views.createObject(test, {
+            viewModel: bench.viewModel,
+            machineNote: "Simuliertes MacBook Pro",
+            width: 728
+        });
+        waitForRendering(view);
+    }
+    function cleanup() {
+        view.destroy();
+        bench.destroy();
+        wait(0);
+    }
+    function shows(text) {
+        return bench.texts(view).indexOf(text) >= 0;
+    }
+
+    function test_wraps_data() {
+        return [{ tag: "narrow", width: 383 }, { tag: "usual", width: 728 }];
+    }
+    function test_wraps(row) {
+        view.width = row.width;
+        bench.setHelperAnswers(false);
+        waitForRendering(view);
+        compare(bench.cutTexts(view), []);
+        compare(bench.namelessControls(view), []);
+        const button = bench.named(view, "Helper installieren");
+        const card = button.parent;
+        verify(button.y + button.height < card.height && button.x + button.width < card.width);
+        verify(bench.named(view, "Binary: /Library/PrivilegedHelperTools/com.ventaro.helper · Socket: /var/run/com.ventaro.helper.sock"));
+        verify(shows("Ventaro 0.1.0 · Helper-Protokoll 1 · Simuliertes MacBook Pro"));
+    }
+    function test_helper_data() {
+        return [
+            { tag: "Helper deinstallieren", active: true, state: "Hintergrund-Helper ist aktiv" },
+            { tag: "Helper installieren", active: false, state: "Hintergrund-Helper nicht installiert" },
+        ];
+    }
+    function test_helper(row) {
+        bench.setHelperAnswers(row.active);
+        verify(shows(row.state));
+        mouseClick(bench.named(view, row.tag));
+        compare(bench.waitingTasks(), 1);
+        compare(bench.named(view, row.tag).enabled, row.active, "an installation shows that it is under way");
+        bench.runTasks(); // without anybody to ask, both fail
+        verify(bench.viewModel.isErrorStatus);
+        verify(shows(row.state) && bench.named(view, row.tag).enabled);
+    }
+    function test_switches_data() {
+        return [
+            { tag: autostart, property: "launchAtLogin" },
+            { tag: "Beim Autostart minimiert in der Menüleiste starten (ohne Hauptfenster)", property: "startMinimized" },
+            { tag: "Beim Beenden der App Lüfter automatisch auf macOS-Standard (Auto) zurücksetzen", property: "resetToAutoOnQuit" },
+        ];
+    }
+    function test_switches(row) {
+        const before = bench.viewModel[row.property];
+        const option = bench.named(view, row.tag);
+        for (const expected of [!before, before, !before]) {
+            mouseClick(option);
+            compare(bench.viewModel[row.property], expected);
+            compare(bench.isChecked(option), expected);
+        }
+        view.destroy();
+        wait(0);
+        bench.restart();
+        compare(bench.viewModel[row.property], !before, "not kept");
+        view = views.createObject(test, { viewModel: bench.viewModel });
+    }
+    function test_switchFollowsTheController() {
+        bench.blockLoginItem();
+        const option = bench.named(view, autostart);
+        mouseClick(option);
+        verify(bench.viewModel.isErrorStatus);
+        compare(bench.isChecked(option), bench.viewModel.launchAtLogin);
+        bench.viewModel.setLaunchAtLogin(false);
+        verify(!bench.isChecked(option));
+    }
+}
