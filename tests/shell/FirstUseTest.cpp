@@ -58,10 +58,14 @@ TEST(FirstUseTest, FromTheHelpersInstallationToFullSpeedAndBack) {
     ASSERT_TRUE(reader.isConnected());
     const Person person(desktop, reader);
 
+    // Qt 6.4 loses what it has attached to a radio button while a screen reader listens.
+    const std::filesystem::path known = machine.folder() / "known-leaks";
+    writeFile(known, "leak:QQmlData::createQQmlData\n");
     auto environment = machine.environment();
     for (const auto& part :
          {desktop.environment(),
           {sessionBus.environment(), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
+           "LSAN_OPTIONS=print_suppressions=0:suppressions=" + known.string(),
            // The bridge complains when the reader asks for what has just gone from the screen.
            "QT_LOGGING_RULES=qt.accessibility.atspi*=false"}}) {
         environment.insert(environment.end(), part.begin(), part.end());

@@ -34,7 +34,8 @@ void paintSymbols(QPainter& painter, const QStringList& names, const Look& look,
         const int middle = cell.center().y();
         int x = cell.left();
         for (const int size : {large, usual}) {
-            paintSymbol(painter, names[index], look.ink, QRectF(x, middle - size / 2, size, size));
+            paintSymbol(painter, names[index], look.ink,
+                        QRectF(x, middle - size / 2.0, size, size));
             x += size + gap;
         }
         painter.setPen(look.ink);
