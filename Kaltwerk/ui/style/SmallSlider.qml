@@ -114,6 +114,7 @@ Item {
     }
     Rectangle {
         y: track.y
+        visible: knob.x > 0
         width: knob.x + knob.width / 2
         height: 4
         radius: 2
