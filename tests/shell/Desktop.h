@@ -67,6 +67,11 @@ public:
     void click(const std::string& title, const std::string& button) const {
         run({"xdotool", "mousemove", "--window", window(title), "20", "10", "click", button});
     }
+    void drag(int fromX, int fromY, int toX, int toY) const {
+        run({"xdotool", "mousemove", std::to_string(fromX), std::to_string(fromY), "mousedown", "1",
+             "mousemove", std::to_string((fromX + toX) / 2), std::to_string((fromY + toY) / 2),
+             "mousemove", std::to_string(toX), std::to_string(toY), "mouseup", "1"});
+    }
     void click(int x, int y) const {
         run({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "1"});
     }

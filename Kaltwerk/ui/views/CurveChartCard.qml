@@ -217,8 +217,8 @@ Card {
                 row: modelData
                 temperature: card.curve.sorted[index]?.x ?? 0
                 percent: card.curve.sorted[index]?.y ?? 0
-                x: plot.xOf(temperature)
-                y: plot.yOf(percent)
+                x: plot.xOf(temperature) - width / 2
+                y: plot.yOf(percent) - height / 2
                 labelX: plot.labelOffset(index, labelWidth)
                 isHovered: pointer.containsMouse && !pointer.pressed && pointer.row === row
                 isDragged: pointer.pressed && !pointer.isCancelled && pointer.row === row

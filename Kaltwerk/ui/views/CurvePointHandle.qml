@@ -22,6 +22,8 @@ Item {
     /// A key moves this point by so much.
     signal movedByKey(real degrees, real percent)
 
+    width: 26
+    height: 26
     activeFocusOnTab: true
     onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
     Accessible.role: Accessible.Slider
@@ -73,18 +75,15 @@ Item {
     }
 
     Rectangle {
-        anchors.centerIn: dot
+        anchors.fill: parent
         visible: handle.isHovered || handle.isDragged
-        width: 26
-        height: 26
-        radius: 13
+        radius: width / 2
         color: Theme.tint(Theme.accentFill, handle.isDragged ? 0.26 : 0.18)
     }
     Rectangle {
         id: dot
 
-        x: -width / 2
-        y: -height / 2
+        anchors.centerIn: parent
         width: handle.diameter + 3
         height: width
         radius: width / 2
@@ -100,8 +99,8 @@ Item {
     Rectangle {
         id: chip
 
-        x: handle.labelX
-        y: -27
+        x: handle.labelX + handle.width / 2
+        y: -14
         width: label.width + 10
         height: 18
         radius: 5
