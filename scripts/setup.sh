@@ -4,11 +4,14 @@
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bin="$project/build/release/bin"
 
-build_packages=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev
-    qt6-declarative-dev-tools libqt6charts6-dev libqt6svg6-dev libxcb1-dev qml6-module-qtquick
-    qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtqml
-    qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick-shapes qml6-module-qtcharts fonts-inter nlohmann-json3-dev libcli11-dev libpugixml-dev)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace xvfb openbox trayer xdotool x11-utils dbus)
+build_packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev libpugixml-dev libxcb1-dev
+    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-charts-dev qt6-svg-dev
+    qml6-module-qtcharts qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtquick-window
+    qt6-translations-l10n fonts-inter)
+run_packages=(xvfb xdotool imagemagick) # only where there is no display
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev strace qml6-module-qttest xvfb xauth
+    openbox trayer xdotool x11-utils dbus at-spi2-core python3)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
 
 fail() {

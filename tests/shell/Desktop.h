@@ -67,11 +67,49 @@ public:
     void click(const std::string& title, const std::string& button) const {
         run({"xdotool", "mousemove", "--window", window(title), "20", "10", "click", button});
     }
+    void click(int x, int y) const {
+        run({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "1"});
+    }
 
 private:
     std::filesystem::path folder_;
     Program server_;
     std::vector<std::string> environment_;
+};
+
+/// A window manager on a desktop.
+class WindowManager {
+public:
+    explicit WindowManager(const std::filesystem::path& folder, const Desktop& desktop)
+        : program_(folder, {"openbox"}, desktop.environment()) {
+        EXPECT_TRUE(waitUntil([&] {
+            return desktop.rootProperty("_NET_SUPPORTING_WM_CHECK").find("0x") != std::string::npos;
+        })) << program_.errors();
+    }
+
+private:
+    Program program_;
+};
+
+/// A session bus of a test's own.
+class SessionBus {
+public:
+    explicit SessionBus(const std::filesystem::path& folder,
+                        const std::vector<std::string>& environment = {})
+        : address_("unix:path=" + (folder / "session-bus").string()),
+          daemon_(
+              folder,
+              {"dbus-daemon", "--session", "--nofork", "--print-address", "--address=" + address_},
+              environment) {
+        EXPECT_TRUE(waitUntil([this] { return daemon_.output().find('\n') != std::string::npos; }))
+            << daemon_.errors();
+    }
+    const std::string& address() const { return address_; }
+    std::string environment() const { return "DBUS_SESSION_BUS_ADDRESS=" + address_; }
+
+private:
+    std::string address_;
+    Program daemon_;
 };
 
 } // namespace ventaro

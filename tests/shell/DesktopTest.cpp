@@ -38,10 +38,7 @@ protected:
 };
 
 TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
-    const Program windowManager(machine_.folder(), {"openbox"}, desktop_.environment());
-    ASSERT_TRUE(waitUntil([&] {
-        return desktop_.rootProperty("_NET_SUPPORTING_WM_CHECK").find("0x") != std::string::npos;
-    }));
+    const WindowManager windowManager(machine_.folder(), desktop_);
     const auto program = start();
     ASSERT_TRUE(desktop_.activates(dashboard));
     ASSERT_TRUE(desktop_.shows(statusWindow));
@@ -117,15 +114,12 @@ TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
 }
 
 TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
-    const Program busDaemon(machine_.folder(),
-                            {"dbus-daemon", "--session", "--nofork", "--print-address"});
-    ASSERT_TRUE(waitUntil([&] { return busDaemon.output().find('\n') != std::string::npos; }));
-    const std::string address = busDaemon.output().substr(0, busDaemon.output().find('\n'));
-    const auto program = start({"--minimized"}, {"DBUS_SESSION_BUS_ADDRESS=" + address});
+    const SessionBus sessionBus(machine_.folder());
+    const auto program = start({"--minimized"}, {sessionBus.environment()});
     ASSERT_TRUE(desktop_.shows(statusWindow));
 
     const QString watcherName = "org.kde.StatusNotifierWatcher";
-    auto bus = QDBusConnection::connectToBus(QString::fromStdString(address), "panel");
+    auto bus = QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address()), "panel");
     for (int time = 0; time < 2; ++time) {
         StandInWatcher watcher;
         ASSERT_TRUE(bus.registerObject("/StatusNotifierWatcher", &watcher,

@@ -100,6 +100,33 @@ void TestBench::setConflict(bool runs) {
     tasks_.runAll();
 }
 
+namespace {
+
+QList<QPointF> places(const std::vector<CurvePoint>& points) {
+    QList<QPointF> places;
+    for (const CurvePoint& point : points) {
+        places.append({point.temperature, point.speedPercent});
+    }
+    return places;
+}
+
+} // namespace
+
+QList<QPointF> TestBench::curve() const { return places(controller_->curvePoints()); }
+
+QList<QPointF> TestBench::savedCurve() const {
+    const auto data = session_.defaults->value<DefaultsData>("com.ventaro.pref.curvePoints");
+    return data ? places(decodeCurvePoints({reinterpret_cast<const char*>(data->data()), // NOLINT
+                                            data->size()}))
+                : QList<QPointF>();
+}
+
+QUrl TestBench::file(const QString& text) const {
+    const auto path = folder_.path() / "curve.json";
+    std::ofstream(path) << text.toStdString();
+    return QUrl::fromLocalFile(QString::fromStdString(path.string()));
+}
+
 void TestBench::setProfile(const QString& json) {
     host_.document = json.isEmpty() ? EmbeddedFiles::profile : json.toStdString();
 }

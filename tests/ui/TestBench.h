@@ -6,6 +6,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QStringList>
+#include <QUrl>
 
 namespace ventaro {
 
@@ -42,6 +43,13 @@ public:
     /// A new controller on what the old one has saved.
     Q_INVOKABLE void restart() { settled(); }
     Q_INVOKABLE int profilerRuns() const { return host_.runs; }
+
+    /// The curve's temperatures and percents in stored order: the controller's, and what the last
+    /// save has kept (empty before it).
+    Q_INVOKABLE QList<QPointF> curve() const;
+    Q_INVOKABLE QList<QPointF> savedCurve() const;
+    /// A file with this text.
+    Q_INVOKABLE QUrl file(const QString& text) const;
 
     /// The first visible control, or else text, below `root` that assistive technology knows by
     /// this name; null without one.

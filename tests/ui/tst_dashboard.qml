@@ -174,8 +174,8 @@ TestCase {
             waitForRendering(view);
         }
         compare(bench.named(view, "Regler Linker Lüfter (CPU)").mapToItem(view, 0, 0).y, scrolled);
-        bench.named(view, "Setzen").forceActiveFocus(Qt.TabFocusReason);
-        const button = bench.named(view, "Setzen").mapToItem(view, 0, 0).y;
+        bench.named(view, "Linker Lüfter (CPU) setzen").forceActiveFocus(Qt.TabFocusReason);
+        const button = bench.named(view, "Linker Lüfter (CPU) setzen").mapToItem(view, 0, 0).y;
         verify(button >= 0 && button < 460, "the focus is out of sight");
     }
     function test_withoutASmc() {

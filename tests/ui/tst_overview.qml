@@ -150,7 +150,7 @@ TestCase {
     }
     function test_applyButtonSendsWhatIsSet() {
         bench.viewModel.manualRPMFan1 = 3333;
-        click("Setzen");
+        click("Rechter Lüfter (GPU) setzen");
         compare(bench.requests(), ["set 0 2150", "set 1 3333"]);
     }
     function test_keysMoveTheSlider() {

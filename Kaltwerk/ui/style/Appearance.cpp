@@ -1,5 +1,6 @@
 #include "Appearance.h"
 
+#include <QFont>
 #include <QGuiApplication>
 #include <QScreen>
 #include <utility>
@@ -22,6 +23,8 @@ qreal Appearance::pointsPerPixel() const {
     const QScreen* screen = QGuiApplication::primaryScreen();
     return pointsPerInch / (screen != nullptr ? screen->logicalDotsPerInchY() : usualDotsPerInch);
 }
+
+QString Appearance::fontFamily() const { return QGuiApplication::font().family(); }
 
 void Appearance::setDark(bool dark) {
     if (std::exchange(dark_, dark) != dark) {

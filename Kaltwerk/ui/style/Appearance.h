@@ -14,6 +14,8 @@ class Appearance : public QObject {
     /// Turns a font's size in pixels, which Qt takes whole only, into one in points, which may have
     /// a fraction.
     Q_PROPERTY(qreal pointsPerPixel READ pointsPerPixel CONSTANT)
+    /// The program's font, which templates of controls do not take by themselves.
+    Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged)
     Q_PROPERTY(bool highContrast READ highContrast WRITE setHighContrast NOTIFY highContrastChanged)
     Q_PROPERTY(
@@ -25,6 +27,7 @@ public:
     static Appearance* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 
     qreal pointsPerPixel() const;
+    QString fontFamily() const;
     bool dark() const { return dark_; }
     bool highContrast() const { return highContrast_; }
     bool reducedMotion() const { return reducedMotion_; }

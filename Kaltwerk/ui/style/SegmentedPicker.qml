@@ -41,6 +41,20 @@ Item {
         anchors.fill: parent
         anchors.margins: 2
 
+        readonly property real spare: {
+            let taken = 0;
+            for (const label of picker.labels)
+                taken += metrics.advanceWidth(label);
+            return width - taken;
+        }
+
+        FontMetrics {
+            id: metrics
+
+            font.pointSize: Theme.fontPoints(10.5)
+            font.weight: Font.Medium
+        }
+
         Repeater {
             model: picker.labels
 
@@ -50,7 +64,8 @@ Item {
                 required property int index
                 required property string modelData
 
-                width: row.width / picker.labels.length
+                // Each as wide as its word, and an equal share of what is left.
+                width: metrics.advanceWidth(modelData) + row.spare / picker.labels.length
                 height: row.height
                 text: modelData
                 focusPolicy: Qt.NoFocus
@@ -67,6 +82,14 @@ Item {
                     border.width: segment.isOn ? 1 : 0
                     border.color: Theme.segmentBorder
 
+                    Rectangle {
+                        x: parent.width
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: segment.index + 1 < picker.labels.length && !segment.isOn && segment.index + 1 !== picker.currentIndex
+                        width: 1
+                        height: 12
+                        color: Theme.divider
+                    }
                     FocusRing {
                         around: parent.radius
                         visible: picker.activeFocus && !picker.isFocusedByMouse && segment.isOn

@@ -18,8 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.textOnAccent
     selectByMouse: true
-    // Desktops have a font of their own for fields.
-    font.family: placeholder.font.family
+    font.family: Appearance.fontFamily
     font.pixelSize: Theme.bodySize
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText

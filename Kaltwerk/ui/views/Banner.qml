@@ -28,12 +28,15 @@ Item {
     Accessible.name: text
 
     Behavior on height {
+        // What is known before the window is there simply stands there.
+        enabled: banner.Window.visibility !== Window.Hidden
         NumberAnimation {
             duration: Theme.banner
             easing.type: Easing.OutCubic
         }
     }
     Behavior on opacity {
+        enabled: banner.Window.visibility !== Window.Hidden
         NumberAnimation {
             duration: Theme.banner
             easing.type: Easing.OutCubic

@@ -47,6 +47,12 @@ FocusScope {
         }
     }
 
+    CurveModel {
+        id: curveModel
+
+        viewModel: dashboard.viewModel
+    }
+
     SidebarContent {
         id: sidebar
 
@@ -132,6 +138,15 @@ FocusScope {
                     }
                 }
                 Repeater {
+                    model: dashboard.selectedTab === DashboardTab.SmartCurve ? 1 : 0
+
+                    SmartCurveContent {
+                        width: column.width
+                        curve: curveModel
+                        containerSize: Qt.size(detail.width, detail.height)
+                    }
+                }
+                Repeater {
                     model: dashboard.selectedTab === DashboardTab.Sensors ? 1 : 0
 
                     SensorsContent {
@@ -158,18 +173,6 @@ FocusScope {
                         width: column.width
                         viewModel: dashboard.viewModel
                         machineNote: dashboard.machineNote
-                    }
-                }
-                Item {
-                    width: column.width
-                    height: Math.max(detail.height - 2 * page.padding - banners.height, 60)
-                    visible: dashboard.selectedTab === DashboardTab.SmartCurve
-
-                    Label {
-                        anchors.centerIn: parent
-                        text: DashboardTab.titles[dashboard.selectedTab]
-                        color: Theme.textTertiary
-                        size: Theme.pageTitleSize
                     }
                 }
             }

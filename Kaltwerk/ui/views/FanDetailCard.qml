@@ -86,6 +86,8 @@ Card {
                 font.pixelSize: Theme.speedSize
                 font.weight: Font.DemiBold
                 font.letterSpacing: -0.5
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text + " RPM"
             }
             Label {
                 anchors.left: speed.right
@@ -101,6 +103,8 @@ Card {
             text: "Ziel: " + NumberText.rounded(card.targetRPM) + " RPM · " + NumberText.rounded(100 * card.loadFraction) + "%"
             color: Theme.textSecondary
             font.pixelSize: Theme.captionSize
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
         Item {
             width: parent.width
@@ -178,6 +182,7 @@ Card {
                 small: true
                 fontSize: 10
                 text: "Setzen"
+                Accessible.name: card.name + " setzen"
                 onClicked: card.viewModel.applyManualSpeeds()
             }
         }

@@ -1,0 +1,120 @@
+import QtQuick
+import Ventaro.Style
+import Ventaro.Views
+
+/// One point of the curve in its chart, with its label; moved by keys when it has the focus.
+Item {
+    id: handle
+
+    required property CurveModel curve
+    required property int row
+    required property real temperature
+    required property real percent
+    /// Where the label is, relative to the point.
+    required property real labelX
+    required property bool isHovered
+    required property bool isDragged
+    property bool isFocusedByMouse: false
+
+    readonly property real diameter: 11
+    readonly property alias labelWidth: chip.width
+
+    /// A key moves this point by so much.
+    signal movedByKey(real degrees, real percent)
+
+    activeFocusOnTab: true
+    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
+    Accessible.role: Accessible.Slider
+    Accessible.name: "Stützpunkt " + (row + 1) + ": " + NumberText.whole(temperature) + " °C, " + NumberText.whole(percent) + " %"
+    // The names by which assistive technology finds the value.
+    readonly property real value: percent
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 100
+    readonly property real stepSize: curve.percentStep
+
+    function increase() {
+        movedByKey(0, curve.percentStep);
+        curve.endEdit();
+    }
+    function decrease() {
+        movedByKey(0, -curve.percentStep);
+        curve.endEdit();
+    }
+    Accessible.onIncreaseAction: increase()
+    Accessible.onDecreaseAction: decrease()
+
+    Keys.onPressed: event => {
+        const isLarge = (event.modifiers & Qt.ShiftModifier) !== 0;
+        const degrees = isLarge ? 5 : 1;
+        const step = isLarge ? 2 * curve.percentStep : curve.percentStep;
+        switch (event.key) {
+        case Qt.Key_Left:
+            movedByKey(-degrees, 0);
+            break;
+        case Qt.Key_Right:
+            movedByKey(degrees, 0);
+            break;
+        case Qt.Key_Up:
+            movedByKey(0, step);
+            break;
+        case Qt.Key_Down:
+            movedByKey(0, -step);
+            break;
+        default:
+            return;
+        }
+        event.accepted = true;
+    }
+    Keys.onReleased: event => {
+        if (!event.isAutoRepeat && [Qt.Key_Left, Qt.Key_Right, Qt.Key_Up, Qt.Key_Down].indexOf(event.key) >= 0) {
+            curve.endEdit();
+            event.accepted = true;
+        }
+    }
+
+    Rectangle {
+        anchors.centerIn: dot
+        visible: handle.isHovered || handle.isDragged
+        width: 26
+        height: 26
+        radius: 13
+        color: Theme.tint(Theme.accentFill, handle.isDragged ? 0.26 : 0.18)
+    }
+    Rectangle {
+        id: dot
+
+        x: -width / 2
+        y: -height / 2
+        width: handle.diameter + 3
+        height: width
+        radius: width / 2
+        color: Theme.accentFill
+        border.width: 1.5
+        border.color: Theme.card
+
+        FocusRing {
+            around: parent.radius
+            visible: handle.activeFocus && !handle.isFocusedByMouse
+        }
+    }
+    Rectangle {
+        id: chip
+
+        x: handle.labelX
+        y: -27
+        width: label.width + 10
+        height: 18
+        radius: 5
+        color: Qt.tint(Theme.card, Theme.ink(0.06))
+
+        TabularText {
+            id: label
+
+            anchors.centerIn: parent
+            text: NumberText.whole(handle.temperature) + "°C · " + NumberText.whole(handle.percent) + "%"
+            color: Theme.textPrimary
+            font.pixelSize: Theme.smallestSize
+            font.weight: Font.Medium
+        }
+    }
+}
