@@ -1,52 +1,21 @@
 import QtQuick
-import QtTest
-import Ventaro.Test
 import Ventaro.Views
 
-TestCase {
+TabTest {
     id: test
 
-    property TestBench bench
-    property SettingsContent view
     readonly property string autostart: "Ventaro beim Start von macOS automatisch ausführen (Autostart)"
 
     name: "Settings"
-    when: windowShown
-    visible: true
-    width: 760
-    height: 600
-
-    Component {
-        id: benches
-
-        TestBench {}
-    }
-    Component {
-        id: views
-
-        SettingsContent {}
-    }
-
-    function init() {
-        bench = benches.createObject(test);
-        view = views.createObject(test, {
-            viewModel: bench.viewModel,
-            machineNote: "Simuliertes MacBook Pro",
-            width: 728
-        });
-        waitForRendering(view);
-    }
-    function cleanup() {
-        view.destroy();
-        bench.destroy();
-        wait(0);
-    }
-    function shows(text) {
-        return bench.texts(view).indexOf(text) >= 0;
+    views: Component {
+        SettingsContent {
+            width: 588
+            machineNote: "Simuliertes MacBook Pro"
+        }
     }
 
     function test_wraps_data() {
-        return [{ tag: "narrow", width: 383 }, { tag: "usual", width: 728 }];
+        return [{ tag: "narrow", width: 383 }, { tag: "wide", width: 588 }];
     }
     function test_wraps(row) {
         view.width = row.width;
@@ -69,7 +38,7 @@ TestCase {
     function test_helper(row) {
         bench.setHelperAnswers(row.active);
         verify(shows(row.state));
-        mouseClick(bench.named(view, row.tag));
+        click(row.tag);
         compare(bench.waitingTasks(), 1);
         compare(bench.named(view, row.tag).enabled, row.active, "an installation shows that it is under way");
         bench.runTasks(); // without anybody to ask, both fail
@@ -95,7 +64,7 @@ TestCase {
         wait(0);
         bench.restart();
         compare(bench.viewModel[row.property], !before, "not kept");
-        view = views.createObject(test, { viewModel: bench.viewModel });
+        show();
     }
     function test_switchFollowsTheController() {
         bench.blockLoginItem();

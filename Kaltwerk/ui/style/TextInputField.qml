@@ -31,8 +31,6 @@ T.TextField {
     }
 
     Label {
-        id: placeholder
-
         x: field.leftPadding
         width: field.width - field.leftPadding - field.rightPadding
         height: field.height

@@ -89,12 +89,29 @@ FocusScope {
             /// Where each tab was left.
             property var places: ({})
             property int shownTab: dashboard.selectedTab
+            /// Where the tab is to stand, also while it is too short for that: it takes its full
+            /// height a moment after it is shown.
+            property real place: 0
+
+            function reachable(y: real): real {
+                // Flickable moves before maximumY knows.
+                return Math.min(y, Math.max(contentHeight - height, 0));
+            }
 
             anchors.fill: parent
             contentWidth: width
             contentHeight: column.height + 2 * padding
-            onShownTabChanged: contentY = Math.min(places[shownTab] ?? 0, maximumY)
-            onContentYChanged: places[shownTab] = contentY
+            onShownTabChanged: {
+                place = places[shownTab] ?? 0;
+                contentY = reachable(place);
+            }
+            // A new object each time: compiled QML writes into a copy of the old one, Qt 6.4.
+            onPlaceChanged: places = Object.assign({}, places, { [shownTab]: place })
+            onMaximumYChanged: contentY = reachable(place)
+            onContentYChanged: {
+                if (contentY !== reachable(place))
+                    place = contentY;
+            }
 
             Column {
                 id: column

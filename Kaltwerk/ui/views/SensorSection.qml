@@ -25,7 +25,7 @@ Column {
     }
 
     visible: count > 0
-    spacing: 8
+    spacing: 6
 
     Label {
         x: 2

@@ -1,0 +1,63 @@
+import QtQuick
+import QtTest
+import Ventaro.Test
+import Ventaro.Views
+
+/// Tests of one tab, as a rule in the smallest dashboard.
+TestCase {
+    id: test
+
+    property int tab
+    property TestBench bench
+    property Item view
+    property Component views: Component {
+        DashboardView {
+            width: 620
+            height: 480
+            selectedTab: test.tab
+        }
+    }
+    /// Whether tests begin when all is read that the tab asks for.
+    property bool startsLoaded: true
+    readonly property Item window: Window.contentItem
+
+    when: windowShown
+    visible: true
+    width: 620
+    height: 480
+
+    Component {
+        id: benches
+
+        TestBench {}
+    }
+
+    function show() {
+        view = views.createObject(test, { viewModel: bench.viewModel });
+    }
+    function init() {
+        bench = benches.createObject(test);
+        bench.setProfile();
+        show();
+        if (startsLoaded)
+            bench.runTasks();
+        waitForRendering(view);
+    }
+    function cleanup() {
+        view.destroy();
+        bench.destroy();
+        wait(0);
+    }
+    function click(name) {
+        mouseClick(bench.named(view, name));
+    }
+    function chooseFromMenu(item, command) {
+        mouseClick(item, item.width - 10, 6, Qt.RightButton);
+        tryVerify(() => bench.named(window, command));
+        mouseClick(bench.named(window, command));
+        tryVerify(() => !bench.named(window, command));
+    }
+    function shows(text) {
+        return bench.texts(view).indexOf(text) >= 0;
+    }
+}
