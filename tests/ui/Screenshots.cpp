@@ -110,13 +110,13 @@ bool takeStates(Camera& camera, TestBench& bench, const char* theme) {
 }
 
 bool takeAll(const QDir& folder) {
-    TestBench bench;
-    bench.setProfile();
-    liveThroughALoad(bench);
-    Camera camera(folder);
     bool isGood = true;
     for (const char* theme : {"light", "dark"}) {
         Appearance::shared().setDark(theme == std::string("dark"));
+        TestBench bench;
+        bench.setProfile();
+        liveThroughALoad(bench);
+        Camera camera(folder);
         QQuickItem* dashboard = camera.load(bench, "DashboardView");
         for (std::size_t tab = 0; tab < tabs.size(); ++tab) {
             dashboard->setProperty("selectedTab", static_cast<int>(tab));
@@ -137,12 +137,6 @@ bool takeAll(const QDir& folder) {
         for (const QSize& size : sizes) {
             isGood = camera.take(sized("banners", size, theme), size) && isGood;
         }
-        bench.viewModel()->dismissStatusMessage();
-        bench.setConflict(false);
-        bench.setHelperAnswers(true);
-        bench.viewModel()->selectProfile(ControlProfile::systemAuto);
-        bench.runTasks();
-        bench.viewModel()->dismissStatusMessage();
     }
     return isGood;
 }

@@ -3,7 +3,7 @@ import QtTest
 import Ventaro.Test
 import Ventaro.Views
 
-/// Tests of one tab, as a rule in the smallest dashboard.
+/// Tests of a view on a machine of its own, as a rule of a tab in the smallest dashboard.
 TestCase {
     id: test
 
@@ -49,7 +49,9 @@ TestCase {
         wait(0);
     }
     function click(name) {
-        mouseClick(bench.named(view, name));
+        const item = bench.named(view, name);
+        verify(item, name + " is not to be seen");
+        mouseClick(item);
     }
     function chooseFromMenu(item, command) {
         mouseClick(item, item.width - 10, 6, Qt.RightButton);

@@ -3,53 +3,24 @@ import QtTest
 import Ventaro.Test
 import Ventaro.Views
 
-TestCase {
+TabTest {
     id: test
 
-    property TestBench bench
-    property DashboardView view
     readonly property var standard: [[45, 0], [60, 30], [72, 60], [85, 100]]
 
     name: "Curve"
-    when: windowShown
-    visible: true
+    tab: DashboardTab.SmartCurve
     width: 980
     height: 680
 
-    Component {
-        id: benches
-
-        TestBench {}
-    }
-    Component {
-        id: views
-
-        DashboardView {}
-    }
-
-    function init() {
-        bench = benches.createObject(test);
-        view = views.createObject(test, {
-            viewModel: bench.viewModel,
-            width: 980,
+    views: Component {
+        DashboardView {
+            width: 980
             height: 680
-        });
-        view.selectedTab = DashboardTab.SmartCurve;
-        waitForRendering(view);
+            selectedTab: test.tab
+        }
     }
-    function cleanup() {
-        view.destroy();
-        bench.destroy();
-        wait(0);
-    }
-    function click(name) {
-        const item = bench.named(view, name);
-        verify(item, name + " is not to be seen");
-        mouseClick(item);
-    }
-    function shows(text) {
-        return bench.texts(view).indexOf(text) >= 0;
-    }
+
     function curve() {
         return bench.curve().map(point => [point.x, point.y]);
     }

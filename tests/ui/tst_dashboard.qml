@@ -4,50 +4,18 @@ import Ventaro.Style
 import Ventaro.Test
 import Ventaro.Views
 
-TestCase {
+TabTest {
     id: test
 
-    property TestBench bench
-    property DashboardView view
-
     name: "Dashboard"
-    when: windowShown
-    visible: true
     width: 980
     height: 680
 
-    Component {
-        id: benches
-
-        TestBench {}
-    }
-    Component {
-        id: views
-
-        DashboardView {}
-    }
-
-    function init() {
-        bench = benches.createObject(test);
-        view = views.createObject(test, {
-            viewModel: bench.viewModel,
-            width: 980,
+    views: Component {
+        DashboardView {
+            width: 980
             height: 680
-        });
-        waitForRendering(view);
-    }
-    function cleanup() {
-        view.destroy();
-        bench.destroy();
-        wait(0);
-    }
-    function click(name) {
-        const item = bench.named(view, name);
-        verify(item, name + " is not to be seen");
-        mouseClick(item);
-    }
-    function shows(text) {
-        return bench.texts(view).indexOf(text) >= 0;
+        }
     }
 
     function test_sidebarShowsTheMachine() {
@@ -177,6 +145,20 @@ TestCase {
         bench.named(view, "Linker Lüfter (CPU) setzen").forceActiveFocus(Qt.TabFocusReason);
         const button = bench.named(view, "Linker Lüfter (CPU) setzen").mapToItem(view, 0, 0).y;
         verify(button >= 0 && button < 460, "the focus is out of sight");
+    }
+    function test_anEditEndsWithItsTab() {
+        bench.named(view, "Regler Linker Lüfter (CPU)").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Right);
+        keyClick(Qt.Key_2, Qt.ControlModifier);
+        compare(bench.requests(), ["set 0 2186", "set 1 2040"], "the speed that was shown was never set");
+    }
+    function test_keysScrollThePage() {
+        view.height = 480;
+        const title = bench.named(view, "Steuerungs-Modus & Schnell-Presets");
+        const before = title.mapToItem(view, 0, 0).y;
+        bench.named(view, "Bereiche").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_PageDown);
+        verify(title.mapToItem(view, 0, 0).y < before);
     }
     function test_withoutASmc() {
         view.destroy();

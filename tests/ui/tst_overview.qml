@@ -4,54 +4,23 @@ import Ventaro.Style
 import Ventaro.Test
 import Ventaro.Views
 
-TestCase {
+TabTest {
     id: test
 
-    property TestBench bench
-    property OverviewContent view
     readonly property string leftSlider: "Regler Linker Lüfter (CPU)"
     readonly property string rightSlider: "Regler Rechter Lüfter (GPU)"
 
     name: "Overview"
-    when: windowShown
-    visible: true
     width: 760
     height: 900
 
-    Component {
-        id: benches
-
-        TestBench {}
-    }
-    Component {
-        id: views
-
+    views: Component {
         OverviewContent {
             width: 728
             containerSize: Qt.size(760, 680)
         }
     }
 
-    function init() {
-        bench = benches.createObject(test);
-        view = views.createObject(test, {
-            viewModel: bench.viewModel
-        });
-        waitForRendering(view);
-    }
-    function cleanup() {
-        view.destroy();
-        bench.destroy();
-        wait(0);
-    }
-    function click(name) {
-        const item = bench.named(view, name);
-        verify(item, name + " is not to be seen");
-        mouseClick(item);
-    }
-    function shows(text) {
-        return bench.texts(view).indexOf(text) >= 0;
-    }
     /// The place on a slider's track where `value` is.
     function placeOf(slider, value) {
         const knob = 14;
@@ -118,6 +87,16 @@ TestCase {
 
         mouseDrag(slider, placeOf(slider, 4086), 11, 400, 0);
         compare(bench.viewModel.manualRPMFan0, 5616, "the end of the range is out of reach");
+    }
+    function test_takingHoldOfTheKnobMovesNothing() {
+        const slider = bench.named(view, leftSlider);
+        const knob = placeOf(slider, 2150);
+        mousePress(slider, knob - 5, 11);
+        compare(bench.viewModel.manualRPMFan0, 2150);
+        mouseMove(slider, knob + 15, 11); // the knob follows from where it was taken
+        const perPoint = (5616 - 1836) / (slider.width - 14);
+        fuzzyCompare(bench.viewModel.manualRPMFan0, 2150 + 20 * perPoint, 50);
+        mouseRelease(slider, knob + 15, 11);
     }
     function test_linkedFansGetTheSameShare() {
         click("Lüfter synchron (%)");

@@ -3,53 +3,18 @@ import QtTest
 import Ventaro.Test
 import Ventaro.Views
 
-TestCase {
+TabTest {
     id: test
 
-    property TestBench bench
-    property MenuBarPopoverView view
-
     name: "Popover"
-    when: windowShown
-    visible: true
     width: 330
     height: 600
 
-    Component {
-        id: benches
-
-        TestBench {}
-    }
-    Component {
-        id: views
-
+    views: Component {
         MenuBarPopoverView {}
     }
     SignalSpy {
         id: spy
-    }
-
-    function init() {
-        bench = benches.createObject(test);
-        view = views.createObject(test, {
-            viewModel: bench.viewModel
-        });
-        waitForRendering(view);
-    }
-    function cleanup() {
-        spy.clear();
-        spy.target = null;
-        view.destroy();
-        bench.destroy();
-        wait(0);
-    }
-    function click(name) {
-        const item = bench.named(view, name);
-        verify(item, name + " is not to be seen");
-        mouseClick(item);
-    }
-    function shows(text) {
-        return bench.texts(view).indexOf(text) >= 0;
     }
 
     function test_showsTheMachine() {
@@ -96,6 +61,7 @@ TestCase {
     }
     function test_whatTheShellIsAsked(row) {
         spy.target = view;
+        spy.clear();
         spy.signalName = row.signal;
         click(row.tag);
         compare(spy.count, 1);
@@ -104,6 +70,7 @@ TestCase {
     }
     function test_escapeCloses() {
         spy.target = view;
+        spy.clear();
         spy.signalName = "closeRequested";
         bench.named(view, "Leise").forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Escape);

@@ -96,6 +96,12 @@ Item {
         event.accepted = true;
     }
 
+    // A slider that goes in the middle of an edit, with its tab, ends it.
+    Window.onWindowChanged: {
+        if (!Window.window && (rest.running || pointer.pressed))
+            released();
+    }
+
     Timer {
         id: rest
 
@@ -161,7 +167,12 @@ Item {
     MouseArea {
         id: pointer
 
-        function follow(x: real) {
+        /// From the knob's centre to where it was taken hold of.
+        property real grip: 0
+        property real wheelTurn: 0
+
+        function follow(pointerX: real) {
+            const x = pointerX - grip;
             slider.ask(slider.from + slider.range * (x - slider.knobSize / 2) / Math.max(width - slider.knobSize, 1));
         }
 
@@ -171,16 +182,28 @@ Item {
             slider.isFocusedByMouse = true;
             slider.forceActiveFocus(Qt.MouseFocusReason);
             rest.stop();
-            follow(mouse.x);
+            const offset = mouse.x - knob.x - knob.width / 2;
+            const isOnKnob = Math.abs(offset) <= knob.width / 2;
+            grip = isOnKnob ? offset : 0;
+            // Taking hold of the knob moves nothing yet.
+            if (!isOnKnob)
+                follow(mouse.x);
         }
         onPositionChanged: mouse => follow(mouse.x)
         onReleased: slider.released()
         onCanceled: slider.released()
         onWheel: wheel => {
-            if (slider.activeFocus && wheel.angleDelta.y !== 0)
-                slider.stepBy(wheel.angleDelta.y > 0 ? 1 : -1);
-            else
+            if (!slider.activeFocus) {
                 wheel.accepted = false;
+                return;
+            }
+            // A touchpad sends many small parts of what a wheel sends as one notch.
+            const notch = 120;
+            wheelTurn += wheel.angleDelta.y;
+            const notches = Math.trunc(wheelTurn / notch);
+            wheelTurn -= notches * notch;
+            if (notches !== 0)
+                slider.stepBy(notches);
         }
     }
 }

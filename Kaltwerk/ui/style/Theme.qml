@@ -121,7 +121,6 @@ QtObject {
     // Motion
     readonly property int hoverIn: motion(80)
     readonly property int hoverOut: motion(120)
-    readonly property int pressOut: motion(100)
     readonly property int toggle: motion(140)
     readonly property int banner: motion(160)
     readonly property int bar: motion(200)

@@ -22,6 +22,8 @@ FocusScope {
     readonly property real detailMinimum: 415
 
     focus: true
+    // What nothing in focus takes moves the page.
+    Keys.forwardTo: [page]
 
     onSelectedTabChanged: {
         viewModel.isSensorsTabVisible = selectedTab === DashboardTab.Sensors;
@@ -134,7 +136,6 @@ FocusScope {
                         width: column.width
                         viewModel: dashboard.viewModel
                         containerSize: Qt.size(detail.width, detail.height)
-                        machineNote: dashboard.machineNote
                     }
                 }
                 Repeater {

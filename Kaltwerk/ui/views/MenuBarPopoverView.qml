@@ -327,6 +327,10 @@ FocusScope {
                 anchors.verticalCenter: parent.verticalCenter
                 text: login.text
                 Accessible.ignored: true
+
+                TapHandler {
+                    onTapped: login.clicked()
+                }
             }
             ToggleSwitch {
                 id: login

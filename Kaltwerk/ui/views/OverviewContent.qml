@@ -11,7 +11,6 @@ Column {
     required property FanControllerViewModel viewModel
     /// The detail column's size, points.
     required property size containerSize
-    property string machineNote
 
     spacing: 14
 
@@ -129,7 +128,7 @@ Column {
             anchors.centerIn: parent
             width: parent.width - 24
             horizontalAlignment: Text.AlignHCenter
-            text: overview.machineNote !== "" ? overview.machineNote : "Keine Lüfter gefunden"
+            text: "Keine Lüfter gefunden"
             color: Theme.textSecondary
             size: Theme.bodySize
         }
