@@ -4,12 +4,11 @@ import QtQuick
 import Ventaro.Style
 
 /// One of a few. Shows `currentIndex`, which whoever owns it changes on `chosen`.
-Item {
+FocusableItem {
     id: picker
 
     property list<string> labels
     property int currentIndex: 0
-    property bool isFocusedByMouse: false
 
     signal chosen(int index)
 
@@ -22,8 +21,6 @@ Item {
     implicitHeight: 26
     implicitWidth: 300
     opacity: enabled ? 1 : Theme.disabledOpacity
-    activeFocusOnTab: true
-    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
     Accessible.role: Accessible.Grouping
     Keys.onLeftPressed: move(-1)
     Keys.onRightPressed: move(1)
@@ -71,8 +68,7 @@ Item {
                 focusPolicy: Qt.NoFocus
                 isOn: index === picker.currentIndex
                 onClicked: {
-                    picker.isFocusedByMouse = true;
-                    picker.forceActiveFocus(Qt.MouseFocusReason);
+                    picker.takeFocusByMouse();
                     picker.chosen(index);
                 }
 
@@ -92,7 +88,7 @@ Item {
                     }
                     FocusRing {
                         around: parent.radius
-                        visible: picker.activeFocus && !picker.isFocusedByMouse && segment.isOn
+                        visible: picker.showsFocus && segment.isOn
                     }
                 }
                 contentItem: Label {

@@ -4,7 +4,7 @@ import Ventaro.Style
 /// A slider that shows `value`, which whoever owns it changes on `moved`. Snaps to whole steps from
 /// the left end, and reaches the right end even where no step does. The wheel turns it only when it
 /// has the focus.
-Item {
+FocusableItem {
     id: slider
 
     property real from: 0
@@ -23,7 +23,6 @@ Item {
     readonly property real position: range > 0 ? Math.min(Math.max((value - from) / range, 0), 1) : 0
     readonly property bool pressed: pointer.pressed
     readonly property real knobSize: 14
-    property bool isFocusedByMouse: false
 
     // The names by which assistive technology finds the value.
     readonly property real minimumValue: from
@@ -58,8 +57,6 @@ Item {
     implicitWidth: 120
     implicitHeight: 22
     opacity: enabled ? 1 : Theme.disabledOpacity
-    activeFocusOnTab: true
-    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
     Accessible.role: Accessible.Slider
     Accessible.description: valueText
     Accessible.onIncreaseAction: increase()
@@ -140,7 +137,7 @@ Item {
 
         FocusRing {
             around: parent.radius
-            visible: slider.activeFocus && !slider.isFocusedByMouse
+            visible: slider.showsFocus
         }
     }
     Rectangle {
@@ -179,8 +176,7 @@ Item {
         anchors.fill: parent
         preventStealing: true
         onPressed: mouse => {
-            slider.isFocusedByMouse = true;
-            slider.forceActiveFocus(Qt.MouseFocusReason);
+            slider.takeFocusByMouse();
             rest.stop();
             const offset = mouse.x - knob.x - knob.width / 2;
             const isOnKnob = Math.abs(offset) <= knob.width / 2;

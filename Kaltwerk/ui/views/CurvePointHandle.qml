@@ -3,7 +3,7 @@ import Ventaro.Style
 import Ventaro.Views
 
 /// One point of the curve in its chart, with its label; moved by keys when it has the focus.
-Item {
+FocusableItem {
     id: handle
 
     required property CurveModel curve
@@ -14,7 +14,6 @@ Item {
     required property real labelX
     required property bool isHovered
     required property bool isDragged
-    property bool isFocusedByMouse: false
 
     readonly property real diameter: 11
     readonly property alias labelWidth: chip.width
@@ -24,8 +23,6 @@ Item {
 
     width: 26
     height: 26
-    activeFocusOnTab: true
-    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
     Accessible.role: Accessible.Slider
     Accessible.name: "Stützpunkt " + (row + 1) + ": " + NumberText.whole(temperature) + " °C, " + NumberText.whole(percent) + " %"
     // The names by which assistive technology finds the value.
@@ -93,7 +90,7 @@ Item {
 
         FocusRing {
             around: parent.radius
-            visible: handle.activeFocus && !handle.isFocusedByMouse
+            visible: handle.showsFocus
         }
     }
     Rectangle {

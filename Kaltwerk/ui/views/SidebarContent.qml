@@ -88,10 +88,8 @@ Rectangle {
         }
     }
 
-    Item {
+    FocusableItem {
         id: tabs
-
-        property bool isFocusedByMouse: false
 
         function move(offset: int) {
             const next = sidebar.selectedTab + offset;
@@ -104,8 +102,6 @@ Rectangle {
         anchors.topMargin: 12
         width: parent.width - 24
         // The list is one stop on the way through the window.
-        activeFocusOnTab: true
-        onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
         Accessible.role: Accessible.PageTabList
         Accessible.name: "Bereiche"
         Keys.onUpPressed: move(-1)
@@ -141,8 +137,7 @@ Rectangle {
                     onClicked: {
                         // The template has just checked itself.
                         checked = Qt.binding(() => row.isOn);
-                        tabs.isFocusedByMouse = true;
-                        tabs.forceActiveFocus(Qt.MouseFocusReason);
+                        tabs.takeFocusByMouse();
                         sidebar.tabChosen(index);
                     }
 
@@ -153,7 +148,7 @@ Rectangle {
                         Rectangle {
                             anchors.fill: parent
                             anchors.margins: 2
-                            visible: tabs.activeFocus && !tabs.isFocusedByMouse && row.isOn
+                            visible: tabs.showsFocus && row.isOn
                             radius: Theme.radiusControl - 2
                             color: "transparent"
                             border.width: 2
