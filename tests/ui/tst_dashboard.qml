@@ -19,7 +19,7 @@ TabTest {
     }
 
     function test_sidebarShowsTheMachine() {
-        for (const text of ["Ventaro", "MBP 16\" · i9-9880H · 5500M", "LIVE-STATUS", "Root aktiv", "63.4 °C", "52.1 °C", "2157 RPM", "2043 RPM", "31.8 W"])
+        for (const text of ["Dashboard & Lüfter", "Temperatur-Kurve", "Alle Sensoren", "Hardware & Specs", "Helper & Info", "CPU Max", "Radeon GPU", "Lüfter Links", "Lüfter Rechts", "Leistung", "Ventaro", "MBP 16\" · i9-9880H · 5500M", "LIVE-STATUS", "Root aktiv", "63.4 °C", "52.1 °C", "2157 RPM", "2043 RPM", "31.8 W"])
             verify(shows(text), text);
         compare(bench.namelessControls(view), []);
     }

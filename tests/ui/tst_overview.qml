@@ -27,6 +27,11 @@ TabTest {
         return knob / 2 + (value - slider.from) / (slider.to - slider.from) * (slider.width - knob);
     }
 
+    function test_texts() {
+        for (const text of ["Steuerungs-Modus & Schnell-Presets", "Lüfter synchron (%)", "macOS-Auto", "System-Automatik", "Standard macOS SMC-Steuerung", "Temperatur-Kurve", "Dynamisch nach CPU/GPU-Temperatur", "Manuell", "Individuelle RPM pro Lüfter", "Leise", "Minimale Drehzahl (~20%)", "Ausgewogen", "Mittlere Kühlung (~50%)", "Max / Turbo", "Maximale Kühlleistung (100%)", "1836–5616 RPM", "2157", "RPM", "Ziel: 2150 RPM · 8%", "Regler:", "0%", "25%", "50%", "75%", "100%", "Setzen", "Auto", "Live-Verlauf (Letzte 2 Min.)", "CPU & Radeon GPU (°C)", "Lüfterdrehzahl (RPM)", "Links", "Rechts"])
+            verify(shows(text), text);
+        compare(bench.namelessControls(view), []);
+    }
     function test_profiles_data() {
         return [
             { tag: "System-Automatik", requests: ["reset"] },
