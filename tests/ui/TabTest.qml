@@ -1,5 +1,6 @@
 import QtQuick
 import QtTest
+import Ventaro.Style
 import Ventaro.Test
 import Ventaro.Views
 
@@ -36,6 +37,8 @@ TestCase {
         view = views.createObject(test, { viewModel: bench.viewModel });
     }
     function init() {
+        // Nothing slides away from under the mouse.
+        Appearance.reducedMotion = true;
         bench = benches.createObject(test);
         bench.setProfile();
         show();
