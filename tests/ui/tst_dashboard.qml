@@ -52,6 +52,7 @@ TabTest {
         bench.setConflict(true);
         tryVerify(() => shows(missing) && shows(conflict) && shows("Lese-Modus"));
         compare(bench.waitingTasks(), 0);
+        waitForRendering(view);
         click("Helper installieren");
         verify(bench.viewModel.isInstallingHelper);
         const button = bench.named(view, "Helper installieren");
