@@ -52,7 +52,7 @@ TabTest {
         bench.setConflict(true);
         tryVerify(() => shows(missing) && shows(conflict) && shows("Lese-Modus"));
         compare(bench.waitingTasks(), 0);
-        waitForRendering(view);
+        waitForRendering(view, 300);
         click("Helper installieren");
         verify(bench.viewModel.isInstallingHelper);
         const button = bench.named(view, "Helper installieren");
@@ -130,7 +130,7 @@ TabTest {
     function test_scrollsAndKeepsThePlacePerTab() {
         view.width = 620;
         view.height = 480;
-        waitForRendering(view);
+        waitForRendering(view, 300);
         const slider = bench.named(view, "Regler Linker Lüfter (CPU)");
         const before = slider.mapToItem(view, 0, 0).y;
         const target = bench.viewModel.manualRPMFan0;
@@ -140,7 +140,7 @@ TabTest {
         compare(bench.viewModel.manualRPMFan0, target);
         for (const key of [Qt.Key_2, Qt.Key_3, Qt.Key_1]) {
             keyClick(key, Qt.ControlModifier);
-            waitForRendering(view);
+            waitForRendering(view, 300);
         }
         compare(bench.named(view, "Regler Linker Lüfter (CPU)").mapToItem(view, 0, 0).y, scrolled);
         bench.named(view, "Linker Lüfter (CPU) setzen").forceActiveFocus(Qt.TabFocusReason);

@@ -48,7 +48,7 @@ TabTest {
     function test_wrapsAtAnyWidth(row) {
         view.width = Number(row.tag);
         bench.runTasks();
-        waitForRendering(view);
+        waitForRendering(view, 300);
         compare(bench.cutTexts(view), []);
     }
     function test_accent_data() {
@@ -97,7 +97,7 @@ TabTest {
     }
     function test_valuesAreCopied() {
         bench.runTasks();
-        waitForRendering(view);
+        waitForRendering(view, 300);
         const value = bench.named(view, serial);
         mouseDoubleClickSequence(value, value.width - 10, 6);
         keyClick(Qt.Key_C, Qt.ControlModifier);

@@ -37,7 +37,7 @@ TabTest {
         const height = view.implicitHeight;
         verify(!bench.named(view, "Root-Helper einmalig aktivieren"));
         bench.setHelperAnswers(false);
-        waitForRendering(view);
+        waitForRendering(view, 300);
         fuzzyCompare(view.implicitHeight, height + 46, 1);
         click("Root-Helper einmalig aktivieren");
         verify(bench.viewModel.isInstallingHelper);

@@ -20,7 +20,7 @@ TabTest {
     function test_wraps(row) {
         view.width = row.width;
         bench.setHelperAnswers(false);
-        waitForRendering(view);
+        waitForRendering(view, 300);
         compare(bench.cutTexts(view), []);
         compare(bench.namelessControls(view), []);
         const button = bench.named(view, "Helper installieren");
