@@ -128,7 +128,9 @@ void Popover::shape() {
     QQuickView& window = scene_->window();
     if (isTransparencyShown()) {
         window.setColor(Qt::transparent);
-        window.setMask({});
+        if (!window.mask().isEmpty()) { // some platforms know no masks, and complain
+            window.setMask({});
+        }
     } else {
         // The corners' smoothed pixels have nothing to blend with.
         window.setColor(ShellColors::current().popover);
