@@ -63,6 +63,9 @@ TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
     desktop_.click(statusWindow, "1");
     ASSERT_TRUE(desktop_.activates(popover));
     expectUtility(popover);
+    EXPECT_THAT(desktop_.run({"xwininfo", "-id", desktop_.window(popover), "-shape"}),
+                HasSubstr("Window shape extents: "))
+        << "nothing could blend its round corners";
     desktop_.keys({"Escape"});
     EXPECT_TRUE(desktop_.hides(popover));
     desktop_.click(statusWindow, "1");

@@ -12,8 +12,8 @@ using testing::IsEmpty;
 
 class ExitTest : public ShellFixture {};
 
-void press(QObject& window, Qt::Key key) {
-    QKeyEvent event(QEvent::KeyPress, key, Qt::ControlModifier);
+void press(QObject& window, int key, quint32 place = 0) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::ControlModifier, place, 0, 0);
     QCoreApplication::sendEvent(&window, &event);
 }
 
@@ -27,6 +27,10 @@ TEST_F(ExitTest, EveryWayOutHandsTheFansBackOnce) {
         {"menu", [](VentaroApp& app) { choose(app, "Beenden"); }},
         {"keys in the dashboard",
          [](VentaroApp& app) { press(app.shell().dashboard()->window(), Qt::Key_Q); }},
+        {"keys without Latin letters",
+         [](VentaroApp& app) { press(app.shell().dashboard()->window(), 0x0419, 24); }},
+        {"keys in the status item",
+         [](VentaroApp& /*app*/) { press(*windowTitled("Lüfterstatus"), Qt::Key_Q); }},
         {"end of the session",
          [](VentaroApp& /*app*/) {
              QEvent quit(QEvent::Quit);
@@ -39,13 +43,17 @@ TEST_F(ExitTest, EveryWayOutHandsTheFansBackOnce) {
              app.quit();
          }},
     };
+    int width = 700;
     for (const Way& way : ways) {
         for (const bool resets : {true, false}) {
+            const QSize size(++width, 600);
             const auto requests = run({}, [&](VentaroApp& app) {
                 app.viewModel().setResetToAutoOnQuit(resets);
                 ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+                app.shell().dashboard()->window().resize(size);
                 way.go(app);
             });
+            EXPECT_EQ(WindowSizeFile(windowSizeFile_).read(), size) << way.name;
             if (resets) {
                 EXPECT_THAT(requests, ElementsAre("ping", "reset")) << way.name;
             } else {
@@ -96,6 +104,11 @@ TEST_F(ExitTest, FailuresFromTheStatusItemReachTheUser) {
         app.viewModel().selectProfile(ControlProfile::systemAuto);
         settle();
         EXPECT_EQ(told_.size(), 2U) << "the dashboard shows it";
+        app.shell().dashboard()->window().showMinimized();
+        ASSERT_TRUE(processUntil([&] { return !app.shell().isDashboardReadable(); }));
+        choose(app, "Leise");
+        settle();
+        EXPECT_EQ(told_.size(), 3U) << "nobody can read it in the task bar";
     });
 }
 

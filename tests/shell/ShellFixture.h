@@ -5,8 +5,10 @@
 #include "VentaroApp.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QTimer>
+#include <QWindow>
 
 namespace ventaro {
 
@@ -17,6 +19,16 @@ inline bool processUntil(const std::function<bool()>& condition) {
     });
 }
 
+/// The window on screen whose title begins with `title`; null if there is none.
+inline QWindow* windowTitled(const char* title) {
+    for (QWindow* window : QGuiApplication::allWindows()) {
+        if (window->title().startsWith(QString::fromUtf8(title)) && window->isVisible()) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
 /// The whole application with its real windows, on a machine in this process and no desktop.
 class ShellFixture : public ControllerFixture {
 protected:
@@ -25,9 +37,9 @@ protected:
     std::vector<std::string> run(const QStringList& arguments,
                                  const std::function<void(VentaroApp&)>& script) {
         VentaroApp app({machine_.service, client_, inspector_, root_, session_, runner_},
-                       {arguments,
-                        {QString(), folder_.path() / "kept/window-size", grace_},
-                        [this](const QString& text) { told_.push_back(text.toStdString()); }});
+                       {arguments, {note_, windowSizeFile_, grace_}, [this](const QString& text) {
+                            told_.push_back(text.toStdString());
+                        }});
         bool hasEnded = false;
         QObject::connect(qApp, &QCoreApplication::aboutToQuit, &app, [&] { hasEnded = true; });
         QTimer::singleShot(0, &app, [&] {
@@ -61,6 +73,8 @@ protected:
 
     ThreadTaskRunner runner_;
     std::chrono::milliseconds grace_ = std::chrono::minutes(1);
+    QString note_;
+    const std::filesystem::path windowSizeFile_ = folder_.path() / "kept/window-size";
     std::vector<std::string> told_; ///< what the desktop was told
 };
 

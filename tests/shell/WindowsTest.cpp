@@ -1,10 +1,16 @@
+#include "Appearance.h"
 #include "Popover.h"
+#include "ShellColors.h"
 #include "ShellFixture.h"
 #include "WindowSizeFile.h"
 
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QGuiApplication>
+#include <QJSValue>
+#include <QQmlComponent>
+#include <QQuickItem>
 #include <QWindow>
 #include <algorithm>
 
@@ -12,15 +18,6 @@ namespace ventaro {
 namespace {
 
 class WindowsTest : public ShellFixture {};
-
-QWindow* windowTitled(const char* title) {
-    for (QWindow* window : QGuiApplication::allWindows()) {
-        if (window->title().startsWith(QString::fromUtf8(title)) && window->isVisible()) {
-            return window;
-        }
-    }
-    return nullptr;
-}
 
 TEST_F(WindowsTest, AfterAMinimisedStartTheDashboardComesAndStays) {
     run({"--minimized"}, [&](VentaroApp& app) {
@@ -90,6 +87,18 @@ TEST_F(WindowsTest, ThePopoverIsNoMainWindow) {
         ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfter und") != nullptr; }));
         ASSERT_TRUE(processUntil(
             [&] { return QGuiApplication::focusWindow() == windowTitled("Lüfter und"); }));
+        windowTitled("Lüfter und")->close(); // as the window manager does
+        EXPECT_FALSE(app.popover().isOpen());
+        EXPECT_TRUE(processUntil([] {
+            const auto all = QGuiApplication::allWindows();
+            return std::none_of(all.begin(), all.end(), [](const QWindow* window) {
+                return window->title().startsWith("Lüfter und");
+            });
+        })) << "it is freed";
+        settle();
+        click();
+        ASSERT_TRUE(processUntil(
+            [&] { return QGuiApplication::focusWindow() == windowTitled("Lüfter und"); }));
         // A click on the item takes the focus first.
         QWindow* other = windowTitled("Lüfterstatus");
         other->requestActivate();
@@ -100,6 +109,63 @@ TEST_F(WindowsTest, ThePopoverIsNoMainWindow) {
         app.reopen();
         EXPECT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
     });
+}
+
+TEST_F(WindowsTest, TheMachinesNoteIsInPopoverAndMenu) {
+    for (const char* note : {"", "Kein AppleSMC gefunden"}) {
+        note_ = note;
+        run({"--minimized"}, [&](VentaroApp& app) {
+            const QAction* first = app.statusItem().menu().menu().actions().constFirst();
+            EXPECT_EQ(first->text() == note_, !note_.isEmpty());
+            EXPECT_FALSE(first->isEnabled());
+            Q_EMIT app.statusItem().activated(QRect(0, 0, 24, 24));
+            auto* popover = qobject_cast<QQuickView*>(windowTitled("Lüfter und"));
+            ASSERT_NE(popover, nullptr);
+            EXPECT_EQ(popover->rootObject()->property("machineNote").toString(), note_);
+        });
+    }
+}
+
+TEST_F(WindowsTest, AScreenReaderFindsTheStatusItem) {
+    run({"--minimized"}, [&](VentaroApp& app) {
+        ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfterstatus") != nullptr; }));
+        QAccessibleInterface* program = QAccessible::queryAccessibleInterface(qApp);
+        QAccessibleInterface* item =
+            program->child(program->indexOfChild(windowTitled("Lüfterstatus")->accessibleRoot()));
+        ASSERT_NE(item, nullptr);
+        EXPECT_EQ(item->role(), QAccessible::Button);
+        EXPECT_EQ(item->text(QAccessible::Name), app.viewModel().menuBarSummaryText());
+        EXPECT_EQ(item->rect(), windowTitled("Lüfterstatus")->geometry());
+        item->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        EXPECT_TRUE(app.popover().isOpen());
+    });
+}
+
+TEST(ShellColorsTest, AreTheThemes) {
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    QQmlComponent component(&engine);
+    component.setData(R"(
+        import QtQml
+        import Ventaro.Style
+        QtObject {
+            property var colors: [Theme.popover, Theme.popoverBorder, Theme.textPrimary, Theme.focus]
+        })",
+                      QUrl());
+    for (const bool dark : {true, false}) {
+        Appearance::shared().setDark(dark);
+        const std::unique_ptr<QObject> theme(component.create());
+        ASSERT_NE(theme, nullptr) << component.errorString().toStdString();
+        QList<QRgb> themes;
+        for (const QVariant& color :
+             theme->property("colors").value<QJSValue>().toVariant().toList()) {
+            themes.append(color.value<QColor>().rgba());
+        }
+        const ShellColors own = ShellColors::current();
+        EXPECT_EQ(themes, QList<QRgb>({own.popover.rgba(), own.popoverBorder.rgba(),
+                                       own.textPrimary.rgba(), own.focus.rgba()}))
+            << dark;
+    }
 }
 
 TEST(WindowSizeFileTest, KeepsOnlyWhatIsASize) {

@@ -6,7 +6,9 @@
 
 namespace ventaro {
 
-/// How much of the desktop the application takes: the values are the platform's.
+/// How much of the desktop the application takes: the values are the platform's. It is for desktops
+/// whose task bar goes by the application; where it goes by the windows, the policy only says what
+/// the application is at the moment.
 enum class ActivationPolicy {
     regular = 0,   ///< a window with an entry in the task bar
     accessory = 1, ///< the status item alone

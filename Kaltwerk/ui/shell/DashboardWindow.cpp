@@ -24,6 +24,8 @@ DashboardWindow::DashboardWindow(FanControllerViewModel& controller, const QStri
     window().installEventFilter(this);
 }
 
+DashboardWindow::~DashboardWindow() { keepSize(); }
+
 QString DashboardWindow::title() const { return scene_.window().title(); }
 
 bool DashboardWindow::isVisible() const {
@@ -33,15 +35,24 @@ bool DashboardWindow::isVisible() const {
 
 bool DashboardWindow::isInUse() const { return isAppearing_ || scene_.window().isVisible(); }
 
+bool DashboardWindow::isReadable() const {
+    return isVisible() && (scene_.window().isExposed() || scene_.window().isActive());
+}
+
 void DashboardWindow::orderOut() {
     if (!window().isVisible()) {
         return;
     }
-    if (window().windowStates() == Qt::WindowNoState && sizeFile_.read() != window().size()) {
-        sizeFile_.write(window().size());
-    }
+    keepSize();
     window().hide();
     Q_EMIT hidden();
+}
+
+void DashboardWindow::keepSize() {
+    if (window().isVisible() && window().windowStates() == Qt::WindowNoState &&
+        sizeFile_.read() != window().size()) {
+        sizeFile_.write(window().size());
+    }
 }
 
 void DashboardWindow::close() {

@@ -24,6 +24,11 @@ public:
     DashboardWindow(FanControllerViewModel& controller, const QString& note, WindowSizeFile size,
                     TaskRunner& tasks);
 
+    /// Keeps its size if it is still on screen.
+    ~DashboardWindow() override;
+    DashboardWindow(const DashboardWindow&) = delete;
+    DashboardWindow& operator=(const DashboardWindow&) = delete;
+
     QString title() const override;
     bool isVisible() const override;
     void orderOut() override;
@@ -32,6 +37,8 @@ public:
 
     /// Whether it is on screen, as an icon too, or about to be.
     bool isInUse() const;
+    /// Whether the user can read it, and with it the status line.
+    bool isReadable() const;
     QQuickView& window() { return scene_.window(); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -46,6 +53,7 @@ Q_SIGNALS:
 
 private:
     void show();
+    void keepSize();
 
     TaskRunner& tasks_;
     const WindowSizeFile sizeFile_;

@@ -22,7 +22,7 @@ class DesktopShell final : public QObject, public ApplicationShell {
 
 public:
     struct Options {
-        QString machineNote; ///< what the dashboard says about the machine
+        QString machineNote; ///< what the program says about the machine
         std::filesystem::path windowSizeFile;
         /// How long a closed window is kept.
         std::chrono::milliseconds grace = std::chrono::seconds(30);
@@ -30,6 +30,7 @@ public:
 
     DesktopShell(FanControllerViewModel& controller, TaskRunner& tasks, Options options);
 
+    /// What was set last; the task bar follows the windows themselves.
     ActivationPolicy activationPolicy() const override { return policy_; }
     void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
     void activateIgnoringOtherApps() override;
@@ -43,6 +44,7 @@ public:
     /// Null while there is none.
     DashboardWindow* dashboard() { return dashboard_.get(); }
     bool isDashboardVisible() const { return dashboard_ && dashboard_->isVisible(); }
+    bool isDashboardReadable() const { return dashboard_ && dashboard_->isReadable(); }
 
 Q_SIGNALS:
     void dashboardWillAppear();

@@ -1,10 +1,14 @@
 #include "Popover.h"
 
+#include "Appearance.h"
 #include "FanControllerViewModel.h"
+#include "ShellColors.h"
 #include "WindowShortcuts.h"
 #include "X11.h"
 
+#include <QBitmap>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQuickItem>
 #include <QScreen>
 #include <algorithm>
@@ -15,14 +19,26 @@ namespace ventaro {
 namespace {
 
 constexpr int distance = 4;
+constexpr int cornerRadius = 12; ///< the view's
 
 /// The platforms tell of a click's loss of focus at about the time of the click.
 constexpr std::chrono::milliseconds sameClick(300);
 
+QRegion roundedRegion(QSize size) {
+    QBitmap bits(size);
+    bits.clear();
+    QPainter painter(&bits);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(QRect(QPoint(0, 0), size), cornerRadius, cornerRadius);
+    painter.end();
+    return QRegion(bits);
+}
+
 } // namespace
 
-Popover::Popover(FanControllerViewModel& controller, std::chrono::milliseconds grace)
-    : controller_(controller) {
+Popover::Popover(FanControllerViewModel& controller, QString note, std::chrono::milliseconds grace)
+    : controller_(controller), note_(std::move(note)) {
     release_.setSingleShot(true);
     release_.setInterval(grace);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &Popover::followFocus);
@@ -60,6 +76,7 @@ void Popover::open(const QRect& place) {
     }
     place_ = place;
     this->place();
+    shape();
     QQuickView& window = scene_->window();
     hadFocus_ =
         QGuiApplication::focusWindow() == &window; // some platforms leave it to a hidden one
@@ -72,14 +89,22 @@ void Popover::open(const QRect& place) {
 void Popover::make() {
     scene_ = std::make_unique<QmlScene>(
         QStringLiteral("MenuBarPopoverView"),
-        QVariantMap{{QStringLiteral("viewModel"), QVariant::fromValue(&controller_)}},
+        QVariantMap{{QStringLiteral("viewModel"), QVariant::fromValue(&controller_)},
+                    {QStringLiteral("machineNote"), note_}},
         QQuickView::SizeViewToRootObject);
     QQuickView& window = scene_->window();
     window.setTitle(QStringLiteral("Lüfter und Temperaturen"));
     window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    constexpr int alphaBits = 8;
+    QSurfaceFormat format = window.requestedFormat();
+    format.setAlphaBufferSize(alphaBits);
+    window.setFormat(format);
+    window.installEventFilter(this);
     new WindowShortcuts(
         window, [this] { close(); }, [this] { Q_EMIT quitRequested(); });
     connect(&window, &QWindow::heightChanged, this, &Popover::place);
+    connect(&window, &QWindow::heightChanged, this, &Popover::shape);
+    connect(&Appearance::shared(), &Appearance::darkChanged, &window, [this] { shape(); });
     if (QQuickItem* view = window.rootObject()) {
         connect(view, SIGNAL(openDashboardRequested()), this, SIGNAL(openDashboardRequested()));
         connect(view, SIGNAL(quitRequested()), this, SIGNAL(quitRequested()));
@@ -96,6 +121,31 @@ void Popover::place() {
         screen = QGuiApplication::primaryScreen();
     }
     window.setPosition(popoverPosition(place_, window.size(), screen->availableGeometry()));
+}
+
+/// Leaves out what is beyond the view's round corners.
+void Popover::shape() {
+    QQuickView& window = scene_->window();
+    if (isTransparencyShown()) {
+        window.setColor(Qt::transparent);
+        if (!window.mask().isEmpty()) { // some platforms know no masks, and complain
+            window.setMask({});
+        }
+    } else {
+        // The corners' smoothed pixels have nothing to blend with.
+        window.setColor(ShellColors::current().popover);
+        window.setMask(roundedRegion(window.size()));
+    }
+}
+
+bool Popover::eventFilter(QObject* /*watched*/, QEvent* event) {
+    if (event->type() != QEvent::Close) {
+        return false;
+    }
+    // Only hidden; and accepted, because a refusal would hold up the end of the desktop session.
+    event->accept();
+    close();
+    return true;
 }
 
 void Popover::followFocus() {

@@ -19,8 +19,9 @@ class Popover : public QObject {
     Q_OBJECT
 
 public:
-    /// `grace`: how long the closed panel is kept.
-    Popover(FanControllerViewModel& controller, std::chrono::milliseconds grace);
+    /// `note`: what the panel says about the machine; may be empty. `grace`: how long the closed
+    /// panel is kept.
+    Popover(FanControllerViewModel& controller, QString note, std::chrono::milliseconds grace);
 
     /// To be told before `toggle` that the user reaches for the status item: that takes the focus,
     /// and with it the panel, which must not open again then.
@@ -29,6 +30,8 @@ public:
     void toggle(const QRect& place);
     Q_SLOT void close();
     bool isOpen() const { return scene_ && scene_->window().isVisible(); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void openDashboardRequested();
@@ -40,9 +43,11 @@ private:
     void make();
     void open(const QRect& place);
     void place();
+    void shape();
     void followFocus();
 
     FanControllerViewModel& controller_;
+    const QString note_;
     std::unique_ptr<QmlScene> scene_;
     QTimer release_;
     QRect place_;

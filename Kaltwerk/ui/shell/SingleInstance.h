@@ -30,9 +30,13 @@ public:
     explicit SingleInstance(const MachineRoot& root);
     ~SingleInstance() override;
 
+    /// Longer than the one that runs takes to hand the fans back at its end, when it does not
+    /// answer.
+    static constexpr std::chrono::seconds longestEnd{12};
+
     /// Becomes the first, or hands `request` to the one that is, within `patience`. Throws
     /// std::runtime_error, with an English sentence, if that one does not answer. Blocks.
-    Role claim(Request request, std::chrono::milliseconds patience = std::chrono::seconds(2));
+    Role claim(Request request, std::chrono::milliseconds patience = longestEnd);
     /// Starts to answer; needs the event loop. Only the first may.
     void listen();
 

@@ -25,7 +25,7 @@ namespace ventaro {
 
 namespace {
 
-/// What the dashboard says about the machine; empty on one like it should be.
+/// What the program says about the machine; empty on one like it should be.
 QString machineNote(MachineKind kind) {
     QString noSmc = QStringLiteral("Kein AppleSMC gefunden");
     switch (kind) {
@@ -38,7 +38,6 @@ QString machineNote(MachineKind kind) {
     }
     try {
         SMCService::shared().open();
-        SMCService::shared().readKeyRaw("FNum");
         return {};
     } catch (const std::exception&) {
         return noSmc;

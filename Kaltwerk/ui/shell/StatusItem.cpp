@@ -2,15 +2,17 @@
 
 #include "FanControllerViewModel.h"
 #include "NumberFormat.h"
+#include "WindowShortcuts.h"
 
 #include <QCursor>
 #include <QSystemTrayIcon>
 #include <QWindow>
+#include <utility>
 
 namespace ventaro {
 
-StatusItem::StatusItem(FanControllerViewModel& controller)
-    : controller_(controller), menu_(controller) {
+StatusItem::StatusItem(FanControllerViewModel& controller, QString note)
+    : controller_(controller), note_(std::move(note)), menu_(controller, note_) {
     connect(&controller, &FanControllerViewModel::menuBarSummaryTextChanged, this,
             &StatusItem::showText);
     // Later, because the change may be heard while the toolkit is still at work on the old tray.
@@ -47,6 +49,7 @@ void StatusItem::makeTrayIcon() {
 void StatusItem::makeWindow() {
     window_ = std::make_unique<StatusItemWindow>();
     StatusItemWindow* window = window_.get();
+    new WindowShortcuts(*window, {}, [this] { Q_EMIT quitRequested(); });
     connect(window, &StatusItemWindow::pressed, this, &StatusItem::pressed);
     connect(window, &StatusItemWindow::activated, this,
             [this, window] { Q_EMIT activated(window->geometry()); });
@@ -63,7 +66,7 @@ void StatusItem::showText() {
     const QString text = controller_.menuBarSummaryText();
     if (icon_) {
         const double celsius = controller_.cpuMaxTemp();
-        icon_->setText(text,
+        icon_->setText(note_.isEmpty() ? text : text + QLatin1Char('\n') + note_,
                        celsius > 0 ? QString::fromStdString(formatFixed(celsius, 0)) : QString());
     }
     if (window_) {

@@ -18,10 +18,13 @@ class StatusItem : public QObject {
     Q_OBJECT
 
 public:
-    explicit StatusItem(FanControllerViewModel& controller);
+    /// `note`: what the item says about the machine; may be empty.
+    StatusItem(FanControllerViewModel& controller, QString note);
     StatusMenu& menu() { return menu_; }
 
 Q_SIGNALS:
+    /// The user has pressed the keys for the end of the program.
+    void quitRequested();
     /// The user reaches for the item, with whatever that does to the focus.
     void pressed();
     /// The user has clicked the item, which lies at `place` of the screen.
@@ -34,6 +37,7 @@ private:
     void showText();
 
     FanControllerViewModel& controller_;
+    const QString note_;
     StatusMenu menu_;
     TrayWatch trays_;
     std::unique_ptr<TrayIcon> icon_;

@@ -1,9 +1,12 @@
 #include "StatusItemWindow.h"
 
 #include "Appearance.h"
+#include "ShellColors.h"
+#include "StatusItemAccessible.h"
 #include "Symbol.h"
 #include "X11.h"
 
+#include <QAccessible>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -23,6 +26,7 @@ constexpr int symbolSize = 14;
 constexpr int gap = 4; ///< between symbol and text
 constexpr int padding = 8;
 constexpr int distanceFromEdge = 8;
+constexpr int focusWidth = 2;
 
 /// The system's monospaced font, 11 points of the screen, medium.
 QFont labelFont() {
@@ -36,6 +40,7 @@ QFont labelFont() {
 } // namespace
 
 StatusItemWindow::StatusItemWindow() : font_(labelFont()) {
+    makeStatusItemsAccessible();
     setTitle(QStringLiteral("Lüfterstatus"));
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(&Appearance::shared(), &Appearance::darkChanged, this, [this] { update(); });
@@ -45,6 +50,8 @@ void StatusItemWindow::setText(const QString& text) {
     if (std::exchange(text_, text) != text) {
         fit();
         update();
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
     }
 }
 
@@ -76,20 +83,23 @@ void StatusItemWindow::fit() {
 }
 
 void StatusItemWindow::paintEvent(QPaintEvent* /*event*/) {
-    const bool dark = Appearance::shared().dark();
-    const QColor ground(dark ? 0x26282C : 0xF7F8FA);
-    const QColor ink(dark ? 0xF1F2F4 : 0x1B1C20);
+    const ShellColors colors = ShellColors::current();
     QPainter painter(this);
     const QRect all(QPoint(0, 0), size());
-    painter.fillRect(all, ground);
-    QColor edge = ink;
-    constexpr float edgeOpacity = 0.12F;
-    edge.setAlphaF(edgeOpacity);
-    painter.setPen(edge);
-    painter.drawRect(all.adjusted(0, 0, -1, -1));
-    paintSymbol(painter, QStringLiteral("fanblades.fill"), ink,
+    painter.fillRect(all, colors.popover);
+    if (QGuiApplication::focusWindow() == this) {
+        QPen pen(colors.focus, focusWidth);
+        pen.setJoinStyle(Qt::MiterJoin);
+        painter.setPen(pen);
+        painter.drawRect(
+            all.adjusted(focusWidth / 2, focusWidth / 2, -focusWidth / 2, -focusWidth / 2));
+    } else {
+        painter.setPen(colors.popoverBorder);
+        painter.drawRect(all.adjusted(0, 0, -1, -1));
+    }
+    paintSymbol(painter, QStringLiteral("fanblades.fill"), colors.textPrimary,
                 QRectF(padding, (height() - symbolSize) / 2.0, symbolSize, symbolSize));
-    painter.setPen(ink);
+    painter.setPen(colors.textPrimary);
     painter.setFont(font_);
     painter.drawText(all.adjusted(padding + symbolSize + gap, 0, 0, 0),
                      Qt::AlignLeft | Qt::AlignVCenter, text_);
@@ -131,16 +141,36 @@ void StatusItemWindow::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-        Q_EMIT pressed();
-        Q_EMIT activated();
+        activate();
         break;
     case Qt::Key_Menu:
-        Q_EMIT pressed();
-        Q_EMIT menuRequested(geometry().bottomLeft());
+        requestMenu();
         break;
     default:
         QRasterWindow::keyPressEvent(event);
     }
+}
+
+void StatusItemWindow::activate() {
+    Q_EMIT pressed();
+    Q_EMIT activated();
+}
+
+void StatusItemWindow::requestMenu() {
+    Q_EMIT pressed();
+    Q_EMIT menuRequested(geometry().bottomLeft());
+}
+
+void StatusItemWindow::focusInEvent(QFocusEvent* /*event*/) {
+    update();
+    QAccessibleEvent event(this, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+void StatusItemWindow::focusOutEvent(QFocusEvent* /*event*/) { update(); }
+
+QAccessibleInterface* StatusItemWindow::accessibleRoot() const {
+    return QAccessible::queryAccessibleInterface(const_cast<StatusItemWindow*>(this)); // NOLINT
 }
 
 bool StatusItemWindow::event(QEvent* event) {

@@ -14,9 +14,15 @@ class StatusItemWindow : public QRasterWindow {
 
 public:
     StatusItemWindow();
+    QString text() const { return text_; }
     void setText(const QString& text);
     /// At the top right of the screen at first, then where the user has left it.
     void appear();
+    /// As a click on it.
+    void activate();
+    /// As the key for the menu.
+    void requestMenu();
+    QAccessibleInterface* accessibleRoot() const override;
 
 Q_SIGNALS:
     /// The user reaches for the item; its other signals follow.
@@ -30,6 +36,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     bool event(QEvent* event) override;
 
 private:

@@ -18,8 +18,12 @@ QString text(std::string_view utf8) {
 
 } // namespace
 
-StatusMenu::StatusMenu(FanControllerViewModel& controller) : controller_(controller) {
+StatusMenu::StatusMenu(FanControllerViewModel& controller, const QString& note)
+    : controller_(controller) {
     menu_.setWindowTitle(QStringLiteral("Lüftermenü")); // or it would bear the program's name
+    if (!note.isEmpty()) {
+        menu_.addAction(text(note.toStdString()))->setEnabled(false);
+    }
     temperatures_ = menu_.addAction(QString());
     temperatures_->setEnabled(false);
     belowFans_ = menu_.addSeparator();

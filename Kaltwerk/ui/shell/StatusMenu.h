@@ -18,7 +18,8 @@ class StatusMenu : public QObject {
     Q_OBJECT
 
 public:
-    explicit StatusMenu(FanControllerViewModel& controller);
+    /// `note`: what the menu says about the machine; may be empty.
+    StatusMenu(FanControllerViewModel& controller, const QString& note);
     QMenu& menu() { return menu_; }
 
 Q_SIGNALS:

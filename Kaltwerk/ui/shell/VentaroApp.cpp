@@ -15,10 +15,10 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, const Opti
       exitGuard_(dependencies.helper, viewModel_.dispatchGate()),
       shell_(viewModel_, tasks_, options.shell),
       appDelegate_(shell_, options.arguments),
-      statusItem_(viewModel_),
-      popover_(viewModel_, options.shell.grace),
+      statusItem_(viewModel_, options.shell.machineNote),
+      popover_(viewModel_, options.shell.machineNote, options.shell.grace),
       failures_(
-          viewModel_, tasks_, [this] { return shell_.isDashboardVisible(); }, options.notify) {
+          viewModel_, tasks_, [this] { return shell_.isDashboardReadable(); }, options.notify) {
     const auto followSetting = [this] { exitGuard_.setResetsFans(viewModel_.resetToAutoOnQuit()); };
     connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
     followSetting();
@@ -51,6 +51,7 @@ void VentaroApp::connectWindows() {
 void VentaroApp::connectStatusItem() {
     connect(&statusItem_, &StatusItem::pressed, &popover_, &Popover::statusItemPressed);
     connect(&statusItem_, &StatusItem::activated, &popover_, &Popover::toggle);
+    connect(&statusItem_, &StatusItem::quitRequested, this, &VentaroApp::quit);
     connect(&popover_, &Popover::openDashboardRequested, this, &VentaroApp::openDashboard);
     connect(&popover_, &Popover::quitRequested, this, &VentaroApp::quit);
     connect(&popover_, &Popover::actionStarted, &failures_, &FailureReporter::actionStarts);

@@ -11,7 +11,7 @@ class WindowShortcuts : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `window`.
+    /// Belongs to `window`. `close` may be empty.
     WindowShortcuts(QWindow& window, std::function<void()> close, std::function<void()> quit);
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -59,6 +59,24 @@ void markAsUtilityWindow(QWindow& window) {
                 {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"});
 }
 
+bool isTransparencyShown() {
+    xcb_connection_t* connection = x11Connection();
+    if (connection == nullptr) {
+        return true;
+    }
+    char* host = nullptr;
+    int display = 0;
+    int screen = 0;
+    xcb_parse_display(nullptr, &host, &display, &screen); // which leaves the first one if it fails
+    const std::unique_ptr<char, Freed> freed(host);
+    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        connection,
+        xcb_get_selection_owner(connection,
+                                atom(connection, "_NET_WM_CM_S" + QByteArray::number(screen))),
+        nullptr));
+    return reply && reply->owner != XCB_NONE;
+}
+
 X11SystemTray::X11SystemTray() : connection_(x11Connection()) {
     if (connection_ != nullptr) {
         // Qt listens to the first screen's root window, where a new tray announces itself.

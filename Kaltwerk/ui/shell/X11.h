@@ -13,6 +13,10 @@ namespace ventaro {
 /// time it is shown. Does nothing where there is no X11.
 void markAsUtilityWindow(QWindow& window);
 
+/// Whether transparent parts of a window show what is behind it: on X11 only while a compositor
+/// runs.
+bool isTransparencyShown();
+
 /// Knows whether the X11 screen has a system tray and hears when one comes or goes; costs nothing
 /// meanwhile. Without X11 there is none. Main thread only.
 class X11SystemTray : public QObject, public QAbstractNativeEventFilter {

@@ -10,6 +10,8 @@ FocusScope {
     id: popover
 
     required property FanControllerViewModel viewModel
+    /// What is to be said about the machine.
+    property string machineNote
 
     /// The user wants the dashboard, the end of the program, or this to go away.
     signal openDashboardRequested
@@ -94,6 +96,13 @@ FocusScope {
                 font.weight: Font.Bold
                 onClicked: popover.openDashboardRequested()
             }
+        }
+        Label {
+            width: parent.width
+            visible: text !== ""
+            text: popover.machineNote
+            size: Theme.smallestSize
+            color: Theme.textSecondary
         }
         T.AbstractButton {
             id: activate
