@@ -132,13 +132,15 @@ void ProcessTable::refresh() {
             continue; // it has ended meanwhile
         }
         auto known = processes_.extract(pid);
+        const bool isKnown = !known.empty() && known.mapped().stamp == stamp;
         Process process;
-        if (!known.empty() && known.mapped().stamp == stamp) {
+        if (isKnown && known.mapped().isSettled) {
             process = std::move(known.mapped());
         } else {
             const FileDescriptor folder(
                 ::openat(::dirfd(table.get()), entry->d_name, O_PATH | O_DIRECTORY | O_CLOEXEC));
             process = inspect(folder.get(), pid);
+            process.isSettled = isKnown;
         }
         process.stamp = std::move(stamp);
         if (process.isApplication) {

@@ -29,6 +29,9 @@ private:
     struct Process {
         std::string stamp; ///< start time and short name, which change when another takes the pid
         bool isApplication = false;
+        /// Looked at again at the refresh after the first: it may have been seen in the middle of
+        /// its start, with its new name and still without command and environment.
+        bool isSettled = false;
         RunningApplication application;
     };
 
