@@ -1,24 +1,12 @@
+#include "ImportPath.h"
 #include "TestBench.h"
 
 #include <QApplication>
-#include <QQmlEngine>
 #include <QtPlugin>
 #include <QtQuickTest>
 
 Q_IMPORT_PLUGIN(Ventaro_StylePlugin)
 Q_IMPORT_PLUGIN(Ventaro_ViewsPlugin)
-
-namespace {
-
-class Setup : public QObject {
-    Q_OBJECT
-public:
-    Q_SLOT void qmlEngineAvailable(QQmlEngine* engine) {
-        engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    }
-};
-
-} // namespace
 
 // Qt Charts needs widgets' application, which Qt Quick Test does not make by itself.
 int main(int argc, char** argv) {
@@ -26,9 +14,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     application.setFont(QFont(QStringLiteral("Inter")));
     qmlRegisterType<ventaro::TestBench>("Ventaro.Test", 1, 0, "TestBench");
-    Setup setup;
+    ventaro::ImportPath setup;
     const int result = quick_test_main_with_setup(argc, argv, "ui", VENTARO_UI_TESTS, &setup);
     return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? EXIT_FAILURE : result;
 }
-
-#include "main.moc"
