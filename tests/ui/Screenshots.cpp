@@ -43,7 +43,7 @@ void liveThroughALoad(TestBench& bench) {
 /// Has a view drawn as it would be on the screen, and kept as a picture.
 class Camera {
 public:
-    explicit Camera(QDir folder) : folder_(std::move(folder)) {
+    explicit Camera(const QDir& folder) : folder_(folder) {
         window_.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
         window_.setColor(Qt::transparent); // around the corners of the popover
         window_.setResizeMode(QQuickView::SizeRootObjectToView);

@@ -11,8 +11,8 @@ Q_IMPORT_PLUGIN(Ventaro_ViewsPlugin)
 // Qt Charts needs widgets' application, which Qt Quick Test does not make by itself.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    QApplication application(argc, argv);
-    application.setFont(QFont(QStringLiteral("Inter")));
+    const QApplication application(argc, argv);
+    QApplication::setFont(QFont(QStringLiteral("Inter")));
     qmlRegisterType<ventaro::TestBench>("Ventaro.Test", 1, 0, "TestBench");
     ventaro::ImportPath setup;
     const int result = quick_test_main_with_setup(argc, argv, "ui", VENTARO_UI_TESTS, &setup);
