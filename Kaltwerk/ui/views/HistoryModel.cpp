@@ -37,7 +37,8 @@ void HistoryModel::update() {
         beginInsertRows({}, before, after - 1);
         samples_ = now;
         endInsertRows();
-    } else if (samples_ != now) {
+    }
+    if (samples_ != now) {
         beginResetModel();
         samples_ = now;
         endResetModel();
