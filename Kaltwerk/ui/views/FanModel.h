@@ -22,7 +22,7 @@ public:
         loadBandRole,     ///< LoadBand
     };
     /// How hard a fan works, in the colours in which it is shown.
-    enum LoadBand { Light, Heavy, Full };
+    enum LoadBand { Light, Heavy, Full }; // NOLINT: QML sees capitalised cases only
     Q_ENUM(LoadBand)
 
     using ControllerListModel::ControllerListModel;

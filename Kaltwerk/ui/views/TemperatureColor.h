@@ -16,7 +16,7 @@ class TemperatureColor : public QObject {
 public:
     using QObject::QObject;
 
-    enum Band { Green, Yellow, Orange, Red };
+    enum Band { Green, Yellow, Orange, Red }; // NOLINT: QML sees capitalised cases only
     Q_ENUM(Band)
 
     Q_INVOKABLE static ventaro::TemperatureColor::Band band(double celsius) {
