@@ -3,7 +3,8 @@ import QtQuick.Templates as T
 import Ventaro.Style
 
 /// A whole number that looks like text until it is typed over. Return takes the new one, Escape or
-/// leaving with something that is no number in range keeps the old one.
+/// leaving with something that is no number in range keeps the old one. Undo and redo are the
+/// field's own only while something is typed.
 T.TextField {
     id: field
 
@@ -13,13 +14,20 @@ T.TextField {
     property string unit
 
     signal entered(real value)
+    signal undoAsked
+    signal redoAsked
+
+    /// The text that stands for the value.
+    property string shown
+    readonly property bool isTyping: text !== shown
 
     function showValue() {
-        text = activeFocus ? NumberText.whole(value) : NumberText.whole(value) + unit;
+        shown = activeFocus ? NumberText.whole(value) : NumberText.whole(value) + unit;
+        text = shown;
     }
     function takeOver() {
         const typed = Number(text);
-        if (acceptableInput && typed >= from && typed <= to && typed !== value)
+        if (isTyping && /^\s*\d+\s*$/.test(text) && typed >= from && typed <= to && typed !== value)
             entered(typed);
         showValue();
     }
@@ -41,8 +49,11 @@ T.TextField {
     inputMethodHints: Qt.ImhDigitsOnly
     Component.onCompleted: showValue()
     onValueChanged: {
-        if (!activeFocus)
+        if (!isTyping) {
             showValue();
+            if (activeFocus)
+                selectAll();
+        }
     }
     onActiveFocusChanged: {
         if (activeFocus) {
@@ -58,9 +69,18 @@ T.TextField {
     }
     Keys.onEnterPressed: event => Keys.returnPressed(event)
     Keys.onEscapePressed: event => {
-        event.accepted = text !== NumberText.whole(value);
+        event.accepted = isTyping;
         showValue();
         selectAll();
+    }
+    Keys.onPressed: event => {
+        if (!isTyping && event.matches(StandardKey.Undo)) {
+            undoAsked();
+            event.accepted = true;
+        } else if (!isTyping && event.matches(StandardKey.Redo)) {
+            redoAsked();
+            event.accepted = true;
+        }
     }
 
     background: Rectangle {

@@ -47,6 +47,13 @@ FocusableItem {
         ask(value + steps * (stepSize > 0 ? stepSize : range / 100));
         rest.restart();
     }
+    /// Does not wait for another key.
+    function endRest() {
+        if (rest.running) {
+            rest.stop();
+            released();
+        }
+    }
     function increase() {
         stepBy(1);
     }
@@ -93,10 +100,16 @@ FocusableItem {
         event.accepted = true;
     }
 
-    // A slider that goes in the middle of an edit, with its tab, ends it.
-    Window.onWindowChanged: {
-        if (!Window.window && (rest.running || pointer.pressed))
+    // A slider that goes in the middle of an edit, with its tab, ends it; and it does not wait with
+    // that until the next control is being used.
+    Component.onDestruction: {
+        endRest();
+        if (pointer.pressed)
             released();
+    }
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            endRest();
     }
 
     Timer {

@@ -52,6 +52,8 @@ Rectangle {
         value: row.temperature
         onMoved: value => row.curve.movePoint(row.index, value, row.percent)
         onReleased: row.curve.endEdit()
+        onUndoAsked: row.curve.undo()
+        onRedoAsked: row.curve.redo()
     }
     CurveValueControl {
         x: row.isOneLine ? 37 + row.half + 12 : 37
@@ -68,6 +70,8 @@ Rectangle {
         value: row.percent
         onMoved: value => row.curve.movePoint(row.index, row.temperature, value)
         onReleased: row.curve.endEdit()
+        onUndoAsked: row.curve.undo()
+        onRedoAsked: row.curve.redo()
     }
     TabularText {
         id: speeds

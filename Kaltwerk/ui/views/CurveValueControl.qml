@@ -16,6 +16,8 @@ Item {
 
     signal moved(real value)
     signal released
+    signal undoAsked
+    signal redoAsked
 
     implicitHeight: 22
 
@@ -55,5 +57,7 @@ Item {
             control.moved(value);
             control.released();
         }
+        onUndoAsked: control.undoAsked()
+        onRedoAsked: control.redoAsked()
     }
 }
