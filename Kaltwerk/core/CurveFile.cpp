@@ -70,8 +70,11 @@ std::vector<CurvePoint> readCurveFile(const std::filesystem::path& file,
                 checked(object, "speedPercent", 0, 100, "Jede Lüfterleistung (%)");
             points.emplace_back(temperature, percent);
         }
-    } catch (const DecodingError&) {
-        throw CurveFileError("Die Datei enthält keine Temperatur-Kurve.");
+    } catch (const DecodingError& error) {
+        throw CurveFileError("Die Datei enthält keine Temperatur-Kurve. " +
+                             (error.reason() == DecodingError::Reason::malformed
+                                  ? "Sie müsste eine Liste von Stützpunkten sein."
+                                  : std::string(error.what())));
     }
     if (points.size() != storedCurveSize) {
         throw CurveFileError("Eine Temperatur-Kurve hat genau vier Stützpunkte.");

@@ -3,8 +3,9 @@
 #include "EmbeddedFiles.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
+#include <QFileDialog>
 #include <fstream>
 #include <functional>
 
@@ -151,6 +152,17 @@ QString TestBench::clipboard() const { return QGuiApplication::clipboard()->text
 
 QQuickItem* TestBench::scrollPage(QQuickItem* root) const {
     return walk(root, [](QQuickItem* item) { return item->inherits("QQuickFlickable"); });
+}
+
+bool TestBench::chooseFile(const QUrl& file) const {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* dialog = qobject_cast<QFileDialog*>(widget)) {
+            dialog->setDirectory(QFileInfo(file.toLocalFile()).path());
+            dialog->selectFile(file.toLocalFile());
+            return QMetaObject::invokeMethod(dialog, "accept");
+        }
+    }
+    return false;
 }
 
 QQuickItem* TestBench::named(QQuickItem* root, const QString& name) const {

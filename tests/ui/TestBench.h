@@ -50,6 +50,8 @@ public:
     Q_INVOKABLE QList<QPointF> savedCurve() const;
     /// A file with this text.
     Q_INVOKABLE QUrl file(const QString& text) const;
+    /// Takes this file in the dialog that asks for one; false if none does.
+    Q_INVOKABLE bool chooseFile(const QUrl& file) const;
 
     /// The first visible control, or else text, below `root` that assistive technology knows by
     /// this name; null without one.

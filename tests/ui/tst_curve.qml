@@ -103,6 +103,50 @@ TabTest {
         compare(bench.named(view, "Kurve aktivieren").curve.drag(row.at[0], row.at[1]), row.row);
         compare(curve().filter((point, index) => index === row.row), row.to ? [row.to] : []);
     }
+    function test_aPressMovesNothing() {
+        const at = place(61, 33);
+        mousePress(view, at.x, at.y);
+        mouseMove(view, at.x + 1, at.y - 2);
+        mouseRelease(view, at.x + 1, at.y - 2);
+        compare(curve(), standard);
+        keyClick(Qt.Key_Left);
+        compare(curve()[1], [59, 30], "the point pressed has the focus");
+    }
+    function test_anEditEndsWithItsTab_data() {
+        return [
+            { tag: "slider", begin: () => mousePress(bench.named(view, "Temperatur Stützpunkt 2"), 150, 11), end: () => mouseRelease(view) },
+            { tag: "drag", begin: () => {
+                const at = place(60, 30);
+                mousePress(view, at.x, at.y);
+                mouseMove(view, at.x + 20, at.y - 30);
+            }, end: () => mouseRelease(view) },
+            { tag: "key", begin: () => {
+                handle(2, 60, 30).forceActiveFocus(Qt.TabFocusReason);
+                keyPress(Qt.Key_Right);
+            }, end: () => keyRelease(Qt.Key_Right) },
+        ];
+    }
+    function test_anEditEndsWithItsTab(row) {
+        row.begin();
+        view.selectedTab = DashboardTab.Settings;
+        wait(0);
+        compare(bench.savedCurve(), bench.curve());
+        verify(curve()[1][0] > 60);
+        row.end();
+        view.selectedTab = DashboardTab.SmartCurve;
+        verify(bench.named(view, "Rückgängig").enabled);
+    }
+    function test_aSliderEndsItsEditBeforeADragBegins() {
+        bench.named(view, "Temperatur Stützpunkt 4").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Right);
+        const at = place(60, 30);
+        mousePress(view, at.x, at.y);
+        compare(bench.savedCurve(), bench.curve());
+        mouseMove(view, at.x + 20, at.y);
+        keyClick(Qt.Key_Escape);
+        compare(curve(), [[45, 0], [60, 30], [72, 60], [86, 100]]);
+        mouseRelease(view);
+    }
     function test_dragAppliesInTheCurvesProfile() {
         click("Kurve aktivieren");
         compare(bench.requests().length, 2);
@@ -150,18 +194,23 @@ TabTest {
         mouseClick(slider, slider.width / 2, 11);
         compare(curve()[0], [45, 50]);
         compare(bench.savedCurve().length, 4);
-        const typed = (number, keys) => {
-            const field = bench.named(view, "Temperatur Stützpunkt " + number + " eintippen");
+        const typed = (what, keys) => {
+            const field = bench.named(view, what + " Stützpunkt 1 eintippen");
             mouseClick(field);
             keyClick(Qt.Key_A, Qt.ControlModifier);
             for (const key of keys)
                 keyClick(key);
             keyClick(Qt.Key_Return);
+            return field.text;
         };
-        typed(1, "48");
+        typed("Temperatur", "48");
         compare(curve()[0], [48, 50]);
-        typed(1, "99"); // beyond the editor's range
-        typed(1, "x");
+        keyClick(Qt.Key_Z, Qt.ControlModifier);
+        compare(curve()[0], [45, 50]);
+        keyClick(Qt.Key_Z, Qt.ControlModifier | Qt.ShiftModifier);
+        compare(typed("Temperatur", "99"), "48", "beyond the editor's range");
+        compare(typed("Temperatur", "x"), "48");
+        compare(typed("Lüfterleistung", [Qt.Key_Delete]), "50");
         compare(curve()[0], [48, 50]);
         verify(shows("3726 / 3450 RPM"));
         click("Standard-Kurve (45°C–85°C)");
@@ -187,23 +236,33 @@ TabTest {
             { tag: "three points", text: "[" + four.slice(1) + "]", problem: "Eine Temperatur-Kurve hat genau vier Stützpunkte." },
             { tag: "too hot", text: "[" + four.slice(1) + "," + point(96, 0) + "]", problem: "Jede Temperatur (°C) muss eine ganze Zahl von 35 bis 95 sein." },
             { tag: "half a percent", text: "[" + four.slice(1) + "," + point(90, 0.5) + "]", problem: "Jede Lüfterleistung (%) muss eine ganze Zahl von 0 bis 100 sein." },
-            { tag: "no curve", text: "{\"a\": 1}", problem: "Die Datei enthält keine Temperatur-Kurve." },
+            { tag: "no curve", text: "{\"a\": 1}", problem: "Die Datei enthält keine Temperatur-Kurve. Sie müsste eine Liste von Stützpunkten sein." },
+            { tag: "no percent", text: "[{\"temperature\": 40}]", problem: "Die Datei enthält keine Temperatur-Kurve. Das Feld „speedPercent“ fehlt." },
             { tag: "too large", text: "[".padEnd(70000), problem: "Die Datei ist zu groß für eine Temperatur-Kurve." },
         ];
     }
     function test_files(row) {
-        const model = bench.named(view, "Kurve aktivieren").curve;
-        compare(model.importFrom(bench.file(row.text)), row.problem);
+        const choose = (command, file) => {
+            click(command);
+            verify(bench.chooseFile(file));
+            test.Window.window.requestActivate();
+            tryVerify(() => test.Window.active);
+        };
+        choose("Importieren …", bench.file(row.text));
         if (row.problem !== "") {
+            verify(shows(row.problem));
+            view.width = 620;
+            waitForRendering(view, 300);
+            compare(bench.cutTexts(view), []);
             compare(curve(), standard);
             compare(bench.savedCurve().length, 0);
             return;
         }
         compare(curve(), [[40, 10], [50, 20], [60, 33], [70, 90]]);
-        const file = bench.file("");
-        compare(model.exportTo(file), "");
+        const file = bench.file("").toString().replace("curve", "exported");
+        choose("Exportieren …", file);
         click("Standard-Kurve (45°C–85°C)");
-        compare(model.importFrom(file), "");
+        choose("Importieren …", file);
         compare(curve()[2], [60, 33]);
         compare(bench.savedCurve(), bench.curve());
     }

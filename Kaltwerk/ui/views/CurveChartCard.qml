@@ -13,6 +13,22 @@ Card {
     readonly property real lowest: 30
     readonly property real highest: 100
     readonly property real ceiling: 105
+    /// Whether a key that has moved a point is still down.
+    property bool isMovedByKey: false
+
+    function moveByKey(row: int, celsius: real, percent: real) {
+        // The point may pass another one, and its handle be made anew.
+        isMovedByKey = false;
+        curve.movePoint(row, celsius, percent);
+        handles.itemOf(row)?.forceActiveFocus(Qt.TabFocusReason);
+        isMovedByKey = true;
+    }
+    function endKey() {
+        if (isMovedByKey) {
+            isMovedByKey = false;
+            curve.endEdit();
+        }
+    }
 
     Label {
         id: title
@@ -46,7 +62,8 @@ Card {
         function yOf(percent: real): real {
             return (card.ceiling - percent) / card.ceiling * height;
         }
-        /// Left of a point with a label `labelWidth` wide, so that the label is clear of the curve.
+        /// Left of a point with a label `labelWidth` wide, so that the label is clear of the curve
+        /// and of the dot for now.
         function labelOffset(rank: int, labelWidth: real): real {
             const points = card.curve.sorted;
             const x = xOf(points[rank].x);
@@ -62,7 +79,25 @@ Card {
                 const run = (x - xOf(points[rank - 1].x)) / (y - yOf(points[rank - 1].y));
                 left = Math.max(left, x - lift * run + margin);
             }
+            const reach = 10;
+            const isBesideTarget = now.isInside && Math.abs(y - 18 - now.targetY) < 8 + reach;
+            if (isBesideTarget && left < now.x + reach && left + labelWidth > now.x - reach)
+                left = now.x < x ? now.x + reach : now.x - reach - labelWidth;
             return Math.min(Math.max(left, 2), width - labelWidth - 2) - x;
+        }
+        /// Whether the label of a point reaches into this part of the plot.
+        function isLabelled(left: real, right: real, top: real, bottom: real): bool {
+            const points = card.curve.sorted;
+            for (let rank = 0; rank < handles.count; ++rank) {
+                const handle = handles.itemAt(rank) as CurvePointHandle;
+                if (!handle || rank >= points.length)
+                    continue;
+                const labelLeft = xOf(points[rank].x) + labelOffset(rank, handle.labelWidth);
+                const labelTop = yOf(points[rank].y) - 26;
+                if (labelLeft < right && labelLeft + handle.labelWidth > left && labelTop < bottom && labelTop + 16 > top)
+                    return true;
+            }
+            return false;
         }
         function drag(x: real, y: real) {
             if (!isReady)
@@ -144,6 +179,7 @@ Card {
 
         CurveShape {
             anchors.fill: parent
+            anchors.margins: -margin
             points: card.curve.sorted
             domain: Qt.rect(card.lowest, 0, card.highest - card.lowest, card.ceiling)
             lineColor: Theme.cyan
@@ -155,6 +191,7 @@ Card {
 
             readonly property real celsius: card.curve.currentTemperature
             readonly property bool isInside: celsius >= card.lowest && celsius <= card.highest
+            readonly property real targetY: plot.yOf(card.curve.currentPercent)
 
             x: Math.round(plot.xOf(celsius))
             visible: isInside
@@ -172,19 +209,11 @@ Card {
                     color: Theme.tint(Theme.orange, 0.60)
                 }
             }
-            Label {
-                x: now.x < 48 ? 5 : -width - 5
-                y: -6
-                text: "Aktuell"
-                color: Theme.orangeText
-                size: Theme.smallestSize
-                font.weight: Font.DemiBold
-            }
             Rectangle {
                 id: target
 
                 x: -width / 2
-                y: plot.yOf(card.curve.currentPercent) - height / 2
+                y: now.targetY - height / 2
                 width: 16
                 height: width
                 radius: width / 2
@@ -192,13 +221,35 @@ Card {
                 border.width: 1.5
                 border.color: Theme.card
             }
+        }
+        // Over the labels of the points.
+        Item {
+            x: now.x
+            z: 1
+            visible: now.isInside
+
             Label {
-                x: now.x + 14 + width > plot.width ? -width - 12 : 15
-                y: Math.min(target.y + target.height, plot.height - height)
-                text: "Ziel"
+                readonly property real leftPlace: -width - 5
+                readonly property real rightPlace: 5
+                readonly property bool isRight: now.x < 48 || (isTaken(leftPlace) && !isTaken(rightPlace))
+
+                function isTaken(place: real): bool {
+                    return plot.isLabelled(now.x + place, now.x + place + width, y, y + height);
+                }
+
+                x: isRight ? rightPlace : leftPlace
+                y: -6
+                text: "Aktuell"
                 color: Theme.orangeText
                 size: Theme.smallestSize
                 font.weight: Font.DemiBold
+            }
+            CurveChip {
+                x: now.x + 9 + width > plot.width ? -width - 9 : 9
+                y: Math.min(now.targetY + 5, plot.height - height)
+                text: "Ziel"
+                textColor: Theme.orangeText
+                weight: Font.DemiBold
             }
         }
 
@@ -220,22 +271,20 @@ Card {
                 x: plot.xOf(temperature) - width / 2
                 y: plot.yOf(percent) - height / 2
                 labelX: plot.labelOffset(index, labelWidth)
-                isHovered: pointer.containsMouse && !pointer.pressed && pointer.row === row
-                isDragged: pointer.pressed && !pointer.isCancelled && pointer.row === row
-                onMovedByKey: (degrees, percent) => {
-                    const moved = row;
-                    card.curve.movePoint(moved, handle.temperature + degrees, handle.percent + percent);
-                    handles.focusRow(moved);
-                }
+                z: isHovered || isDragged || activeFocus ? 1 : 0
+                isHovered: pointer.containsMouse && !pointer.isDragging && pointer.row === row
+                isDragged: pointer.isDragging && pointer.row === row
+                onMovedByKey: (degrees, percent) => card.moveByKey(row, handle.temperature + degrees, handle.percent + percent)
+                onKeyEnded: card.endKey()
             }
 
-            /// The point may have passed another one.
-            function focusRow(row: int) {
+            function itemOf(row: int): CurvePointHandle {
                 for (let rank = 0; rank < count; ++rank) {
                     const candidate = itemAt(rank) as CurvePointHandle;
                     if (candidate && candidate.row === row)
-                        candidate.forceActiveFocus(Qt.TabFocusReason);
+                        return candidate;
                 }
+                return null;
             }
         }
 
@@ -243,7 +292,20 @@ Card {
             id: pointer
 
             property int row: -1
+            property point origin
+            property bool isDragging: false
             property bool isCancelled: false
+
+            function rowAt(x: real): int {
+                return card.curve.nearestRow(card.lowest + x / plot.width * (card.highest - card.lowest));
+            }
+            function end() {
+                if (isDragging) {
+                    isDragging = false;
+                    card.curve.endEdit();
+                }
+                handles.itemOf(row)?.takeFocusByMouse();
+            }
 
             anchors.fill: parent
             anchors.topMargin: -16
@@ -252,31 +314,32 @@ Card {
             preventStealing: true
             cursorShape: pressed ? Qt.ClosedHandCursor : Qt.OpenHandCursor
             onPressed: mouse => {
-                isCancelled = false;
-                card.curve.beginEdit();
+                // Whoever has the focus ends its own edit first.
                 forceActiveFocus(Qt.MouseFocusReason);
-                plot.drag(mouse.x, mouse.y - 16);
+                isCancelled = false;
+                origin = Qt.point(mouse.x, mouse.y);
+                row = rowAt(mouse.x);
             }
             onPositionChanged: mouse => {
-                if (!pressed)
-                    row = card.curve.nearestRow(card.lowest + mouse.x / plot.width * (card.highest - card.lowest));
-                else if (!isCancelled)
+                // A mere click moves nothing.
+                const tremble = 3;
+                if (pressed && !isCancelled && !isDragging && Math.hypot(mouse.x - origin.x, mouse.y - origin.y) >= tremble) {
+                    isDragging = true;
+                    card.curve.beginEdit();
+                }
+                if (isDragging)
                     plot.drag(mouse.x, mouse.y - 16);
+                else if (!pressed)
+                    row = rowAt(mouse.x);
             }
-            onReleased: {
-                if (!isCancelled)
-                    card.curve.endEdit();
-            }
-            onCanceled: {
-                if (!isCancelled)
-                    card.curve.endEdit();
-            }
+            onReleased: end()
+            onCanceled: end()
             Keys.onEscapePressed: event => {
-                if (pressed && !isCancelled) {
-                    isCancelled = true;
+                event.accepted = pressed;
+                isCancelled = pressed;
+                if (isDragging) {
+                    isDragging = false;
                     card.curve.cancelEdit();
-                } else {
-                    event.accepted = false;
                 }
             }
         }

@@ -3,61 +3,52 @@ import Ventaro.Style
 import Ventaro.Views
 
 /// Steps back and forth, and a file for the curve.
-Item {
+Column {
     id: buttons
 
     required property CurveModel curve
+    required property CurveFileDialog files
 
-    implicitHeight: 26
+    spacing: 8
 
-    CurveFileDialog {
-        id: dialog
+    Item {
+        width: parent.width
+        height: 26
 
-        onExportChosen: file => problem.text = buttons.curve.exportTo(file)
-        onImportChosen: file => problem.text = buttons.curve.importFrom(file)
-    }
-    Row {
-        id: steps
+        Row {
+            spacing: 6
 
-        spacing: 6
-
-        PushButton {
-            text: "Rückgängig"
-            enabled: buttons.curve.canUndo
-            onClicked: buttons.curve.undo()
+            PushButton {
+                text: "Rückgängig"
+                enabled: buttons.curve.canUndo
+                onClicked: buttons.curve.undo()
+            }
+            PushButton {
+                text: "Wiederholen"
+                enabled: buttons.curve.canRedo
+                onClicked: buttons.curve.redo()
+            }
         }
-        PushButton {
-            text: "Wiederholen"
-            enabled: buttons.curve.canRedo
-            onClicked: buttons.curve.redo()
+        Row {
+            anchors.right: parent.right
+            spacing: 6
+
+            PushButton {
+                text: "Importieren …"
+                onClicked: buttons.files.chooseImport(buttons.Window.window)
+            }
+            PushButton {
+                text: "Exportieren …"
+                onClicked: buttons.files.chooseExport(buttons.Window.window)
+            }
         }
     }
     Label {
-        id: problem
-
-        anchors.left: steps.right
-        anchors.leftMargin: 12
-        anchors.right: files.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        horizontalAlignment: Text.AlignRight
+        width: parent.width
+        visible: text !== ""
+        text: buttons.curve.problem
         color: Theme.redText
         wrapMode: Text.Wrap
-        maximumLineCount: 2
-    }
-    Row {
-        id: files
-
-        anchors.right: parent.right
-        spacing: 6
-
-        PushButton {
-            text: "Importieren …"
-            onClicked: dialog.chooseImport()
-        }
-        PushButton {
-            text: "Exportieren …"
-            onClicked: dialog.chooseExport()
-        }
+        Accessible.role: Accessible.AlertMessage
     }
 }

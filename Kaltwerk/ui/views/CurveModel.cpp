@@ -9,6 +9,24 @@
 
 namespace ventaro {
 
+namespace {
+
+/// Whatever the points' identities.
+bool isSameLine(const std::vector<CurvePoint>& a, const std::vector<CurvePoint>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const CurvePoint& left, const CurvePoint& right) {
+                          return left.temperature == right.temperature &&
+                                 left.speedPercent == right.speedPercent;
+                      });
+}
+
+/// The whole number nearest to `value` within the limits; never a negative zero.
+double wholeWithin(double value, double least, double most) {
+    return std::clamp(std::round(value), least, most) + 0.0;
+}
+
+} // namespace
+
 void CurveModel::follow(FanControllerViewModel& viewModel) {
     using Controller = FanControllerViewModel;
     connect(&viewModel, &Controller::curvePointsChanged, this, &CurveModel::update);
@@ -140,8 +158,7 @@ int CurveModel::drag(double temperature, double percent) {
     if (!std::isfinite(temperature) || !std::isfinite(percent)) {
         return -1;
     }
-    const double celsius =
-        std::clamp(std::round(temperature), minimumTemperature, maximumTemperature);
+    const double celsius = wholeWithin(temperature, minimumTemperature, maximumTemperature);
     const int row = nearestRow(celsius);
     movePoint(row, celsius, std::round(percent / percentStep) * percentStep);
     return row;
@@ -154,8 +171,12 @@ void CurveModel::movePoint(int row, double temperature, double percent) {
     beginEdit();
     Curve points = points_;
     CurvePoint& point = points[static_cast<std::size_t>(row)];
-    point.temperature = std::clamp(std::round(temperature), minimumTemperature, maximumTemperature);
-    point.speedPercent = std::clamp(std::round(percent), 0.0, 100.0);
+    if (point.temperature != temperature) {
+        point.temperature = wholeWithin(temperature, minimumTemperature, maximumTemperature);
+    }
+    if (point.speedPercent != percent) {
+        point.speedPercent = wholeWithin(percent, 0, 100);
+    }
     viewModel()->setCurvePoints(std::move(points));
 }
 
@@ -167,7 +188,7 @@ void CurveModel::beginEdit() {
 
 void CurveModel::endEdit() {
     constexpr std::size_t mostEdits = 100;
-    if (editedFrom_ && *editedFrom_ != points_) {
+    if (editedFrom_ && !isSameLine(*editedFrom_, points_)) {
         undo_.push_back(*std::move(editedFrom_));
         if (undo_.size() > mostEdits) {
             undo_.erase(undo_.begin());
@@ -179,14 +200,27 @@ void CurveModel::endEdit() {
     apply();
 }
 
-void CurveModel::cancelEdit() {
+void CurveModel::endOpenEdit() {
     if (editedFrom_) {
-        viewModel()->setCurvePoints(*std::move(editedFrom_));
-        editedFrom_.reset();
+        endEdit();
+    }
+}
+
+void CurveModel::cancelEdit() {
+    if (!editedFrom_) {
+        return;
+    }
+    const bool hasMoved = !isSameLine(*editedFrom_, points_);
+    viewModel()->setCurvePoints(*std::move(editedFrom_));
+    editedFrom_.reset();
+    if (hasMoved && isActive()) {
+        // A tick in between may have applied what is now taken back.
+        viewModel()->applySmartCurveStep(false);
     }
 }
 
 void CurveModel::apply() {
+    setProblem({});
     viewModel()->saveSettings();
     if (isActive()) {
         viewModel()->applySmartCurveStep(true);
@@ -231,16 +265,23 @@ void CurveModel::chooseSource(int row) {
 
 void CurveModel::activate() { viewModel()->selectProfile(ControlProfile::smartCurve); }
 
-QString CurveModel::exportTo(const QUrl& file) const {
-    try {
-        writeCurveFile(file.toLocalFile().toStdString(), points_);
-        return {};
-    } catch (const std::exception& error) {
-        return QString::fromUtf8(error.what());
+void CurveModel::setProblem(const QString& problem) {
+    if (problem_ != problem) {
+        problem_ = problem;
+        Q_EMIT problemChanged();
     }
 }
 
-QString CurveModel::importFrom(const QUrl& file) {
+void CurveModel::exportTo(const QUrl& file) {
+    try {
+        writeCurveFile(file.toLocalFile().toStdString(), points_);
+        setProblem({});
+    } catch (const std::exception& error) {
+        setProblem(QString::fromUtf8(error.what()));
+    }
+}
+
+void CurveModel::importFrom(const QUrl& file) {
     try {
         Curve points = readCurveFile(file.toLocalFile().toStdString(),
                                      {minimumTemperature, maximumTemperature});
@@ -248,9 +289,8 @@ QString CurveModel::importFrom(const QUrl& file) {
         beginEdit();
         viewModel()->setCurvePoints(std::move(points));
         endEdit();
-        return {};
     } catch (const std::exception& error) {
-        return QString::fromUtf8(error.what());
+        setProblem(QString::fromUtf8(error.what()));
     }
 }
 

@@ -29,6 +29,9 @@ class CurveModel : public ventaro::ControllerListModel {
     Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY editsChanged)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY editsChanged)
+    /// Why the last export or import has come to nothing, German; empty after a good one and after
+    /// any other change.
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
     // Where a point can be moved to, °C.
     Q_PROPERTY(double minimumTemperature MEMBER minimumTemperature CONSTANT)
@@ -49,6 +52,7 @@ public:
     bool isActive() const;
     bool canUndo() const { return !undo_.empty(); }
     bool canRedo() const { return !redo_.empty(); }
+    const QString& problem() const { return problem_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -61,12 +65,15 @@ public:
     /// or -1 if nothing can be moved there.
     Q_INVOKABLE int drag(double temperature, double percent);
     /// Moves the point of `row` there, limited to whole degrees and percent of the editor's range.
+    /// What it has already stays as it is.
     Q_INVOKABLE void movePoint(int row, double temperature, double percent);
 
     /// An edit that changes points in several steps begins; again while it lasts does nothing.
     Q_INVOKABLE void beginEdit();
     /// Saves and, in the curve's profile, applies what has been changed.
     Q_INVOKABLE void endEdit();
+    /// The same if an edit lasts.
+    Q_INVOKABLE void endOpenEdit();
     /// Puts all points back to where they were when the edit began.
     Q_INVOKABLE void cancelEdit();
 
@@ -78,9 +85,9 @@ public:
     Q_INVOKABLE void activate();
 
     /// Writes the points to a file, or takes them from one, which changes nothing unless it is
-    /// good. Returns what is wrong, German; empty if nothing is.
-    Q_INVOKABLE QString exportTo(const QUrl& file) const;
-    Q_INVOKABLE QString importFrom(const QUrl& file);
+    /// good. What is wrong is the `problem`.
+    Q_INVOKABLE void exportTo(const QUrl& file);
+    Q_INVOKABLE void importFrom(const QUrl& file);
 
 Q_SIGNALS:
     void curveChanged();
@@ -88,6 +95,7 @@ Q_SIGNALS:
     void sourceChanged();
     void isActiveChanged();
     void editsChanged();
+    void problemChanged();
 
 protected:
     void follow(FanControllerViewModel& viewModel) override;
@@ -102,12 +110,14 @@ private:
     void update();
     void replace(Curve points, std::vector<Curve>& from, std::vector<Curve>& to);
     void apply();
+    void setProblem(const QString& problem);
     double speed(int fan, double percent) const;
 
     Curve points_;
     std::optional<Curve> editedFrom_;
     std::vector<Curve> undo_;
     std::vector<Curve> redo_;
+    QString problem_;
 };
 
 } // namespace ventaro

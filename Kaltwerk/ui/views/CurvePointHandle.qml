@@ -20,6 +20,8 @@ FocusableItem {
 
     /// A key moves this point by so much.
     signal movedByKey(real degrees, real percent)
+    /// The key is up, or the focus gone.
+    signal keyEnded
 
     width: 26
     height: 26
@@ -33,14 +35,18 @@ FocusableItem {
 
     function increase() {
         movedByKey(0, curve.percentStep);
-        curve.endEdit();
+        keyEnded();
     }
     function decrease() {
         movedByKey(0, -curve.percentStep);
-        curve.endEdit();
+        keyEnded();
     }
     Accessible.onIncreaseAction: increase()
     Accessible.onDecreaseAction: decrease()
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            keyEnded();
+    }
 
     Keys.onPressed: event => {
         const isLarge = (event.modifiers & Qt.ShiftModifier) !== 0;
@@ -66,7 +72,7 @@ FocusableItem {
     }
     Keys.onReleased: event => {
         if (!event.isAutoRepeat && [Qt.Key_Left, Qt.Key_Right, Qt.Key_Up, Qt.Key_Down].indexOf(event.key) >= 0) {
-            curve.endEdit();
+            keyEnded();
             event.accepted = true;
         }
     }
@@ -93,24 +99,11 @@ FocusableItem {
             visible: handle.showsFocus
         }
     }
-    Rectangle {
+    CurveChip {
         id: chip
 
         x: handle.labelX + handle.width / 2
-        y: -14
-        width: label.width + 10
-        height: 18
-        radius: 5
-        color: Qt.tint(Theme.card, Theme.ink(0.06))
-
-        TabularText {
-            id: label
-
-            anchors.centerIn: parent
-            text: NumberText.whole(handle.temperature) + "°C · " + NumberText.whole(handle.percent) + "%"
-            color: Theme.textPrimary
-            font.pixelSize: Theme.smallestSize
-            font.weight: Font.Medium
-        }
+        y: -13
+        text: NumberText.whole(handle.temperature) + "°C · " + NumberText.whole(handle.percent) + "%"
     }
 }

@@ -16,17 +16,19 @@ void CurveShape::paint(QPainter* painter) {
     if (points_.isEmpty() || domain_.isEmpty()) {
         return;
     }
-    const auto place = [this](const QPointF& value) {
-        return QPointF((value.x() - domain_.left()) / domain_.width() * width(),
-                       (domain_.bottom() - value.y()) / domain_.height() * height());
+    const QRectF plot = boundingRect().marginsRemoved({margin, margin, margin, margin});
+    const auto place = [&](const QPointF& value) {
+        return plot.topLeft() +
+               QPointF((value.x() - domain_.left()) / domain_.width() * plot.width(),
+                       (domain_.bottom() - value.y()) / domain_.height() * plot.height());
     };
     QPolygonF line;
     for (const QPointF& point : points_) {
         line.append(place(point));
     }
     QPolygonF area = line;
-    area.append({line.last().x(), height()});
-    area.append({line.first().x(), height()});
+    area.append({line.last().x(), plot.bottom()});
+    area.append({line.first().x(), plot.bottom()});
 
     QColor clear = areaColor_;
     clear.setAlpha(0);

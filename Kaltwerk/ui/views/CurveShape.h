@@ -7,16 +7,18 @@
 
 namespace ventaro {
 
-/// The fan curve as a line over an area that fades towards the bottom. It fills its item with the
-/// given domain; drawn by ourselves, because an editor's curve has to follow the pointer at once.
+/// The fan curve as a line over an area that fades towards the bottom. The given domain fills its
+/// item but for a margin, so that a line along an edge keeps its width; drawn by ourselves, because
+/// an editor's curve has to follow the pointer at once.
 class CurveShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     /// Temperature (°C) and percent, by ascending temperature.
     Q_PROPERTY(QList<QPointF> points MEMBER points_ NOTIFY changed)
-    /// What the item's edges stand for.
+    /// What the edges within the margin stand for.
     Q_PROPERTY(QRectF domain MEMBER domain_ NOTIFY changed)
     Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY changed)
+    Q_PROPERTY(qreal margin MEMBER margin CONSTANT)
     /// At 100 percent.
     Q_PROPERTY(QColor areaColor MEMBER areaColor_ NOTIFY changed)
 
@@ -28,6 +30,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    static constexpr qreal margin = 2;
+
     QList<QPointF> points_;
     QRectF domain_;
     QColor lineColor_;

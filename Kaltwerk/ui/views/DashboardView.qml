@@ -54,6 +54,12 @@ FocusScope {
 
         viewModel: dashboard.viewModel
     }
+    CurveFileDialog {
+        id: curveFiles
+
+        onExportChosen: file => curveModel.exportTo(file)
+        onImportChosen: file => curveModel.importFrom(file)
+    }
 
     SidebarContent {
         id: sidebar
@@ -144,6 +150,7 @@ FocusScope {
                     SmartCurveContent {
                         width: column.width
                         curve: curveModel
+                        files: curveFiles
                         containerSize: Qt.size(detail.width, detail.height)
                     }
                 }

@@ -8,6 +8,7 @@ Column {
     id: content
 
     required property CurveModel curve
+    required property CurveFileDialog files
     /// The detail column's size, points.
     required property size containerSize
 
@@ -15,6 +16,8 @@ Column {
     readonly property real chartHeight: isWide ? Math.min(Math.max(containerSize.height - 155, 230), 360) : Math.min(Math.max(containerSize.height * 0.34, 200), 270)
 
     spacing: 14
+    // A tab that goes in the middle of an edit ends it.
+    Component.onDestruction: curve?.endOpenEdit()
 
     Shortcut {
         sequences: ["Ctrl+Z"]
@@ -56,5 +59,6 @@ Column {
     CurveFileButtons {
         width: parent.width
         curve: content.curve
+        files: content.files
     }
 }
