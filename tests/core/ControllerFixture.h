@@ -5,6 +5,7 @@
 #include "FileDescriptor.h"
 #include "InProcessMachine.h"
 #include "JsonObject.h"
+#include "KernelValues.h"
 #include "NumberFormat.h"
 #include "TestSupport.h"
 #include "UnixSocket.h"
@@ -98,7 +99,7 @@ struct ListedApplications final : RunningApplications {
     std::shared_ptr<const List> seen = std::make_shared<List>();
 };
 
-/// A host that knows nothing but `document`, and counts how often its profiler runs.
+/// A host that knows nothing but what it is given, and counts how often its profiler runs.
 struct BlankHost final : HostInformation {
     std::optional<std::string> runProgram(const std::string& /*path*/,
                                           const std::vector<std::string>& /*arguments*/) override {
@@ -106,11 +107,15 @@ struct BlankHost final : HostInformation {
         return document;
     }
     void endPrograms() override { hasEnded = true; }
-    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view /*name*/) override {
-        return std::nullopt;
+    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view name) override {
+        const auto value = kernel ? kernel->find(name) : std::nullopt;
+        return value ? std::optional(std::vector<std::uint8_t>(value->begin(), value->end()))
+                     : std::nullopt;
     }
-    std::string operatingSystemVersion() override { return "Version 0"; }
+    std::string operatingSystemVersion() override { return version; }
     std::optional<std::string> document;
+    std::optional<KernelValues> kernel;
+    std::string version = "Version 0";
     int runs = 0;
     bool hasEnded = false;
 };

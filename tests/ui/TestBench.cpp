@@ -39,6 +39,8 @@ QString nameOf(QQuickItem* item) {
 TestBench::TestBench() {
     constexpr std::chrono::seconds someAfternoon(1768487408); // 14:30:08, UTC
     clock().time += someAfternoon;
+    host_.kernel.emplace(EmbeddedFiles::kernelValues);
+    host_.version = "Version 11.7.10 (Build 20G1427)";
     setTemperatures(63.4, 52.1, 31.8);
     setFan(0, 2157, 2150, false);
     setFan(1, 2043, 2040, false);
