@@ -102,6 +102,8 @@ TabTest {
             keyClick(Qt.Key_1 + tab, Qt.ControlModifier);
             compare(view.selectedTab, tab);
         }
+        verify(bench.act(bench.named(view, "Temperatur-Kurve"), "Press"));
+        compare(view.selectedTab, DashboardTab.SmartCurve);
         bench.named(view, "Bereiche").forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Up);
         compare(view.selectedTab, DashboardTab.Overview);
