@@ -21,6 +21,16 @@ Flickable {
         else if (bottom > contentY + height)
             scrollBy(bottom - contentY - height);
     }
+    /// Brings what has the focus into view, if it lies on the page.
+    function revealFocus() {
+        const item = Window.activeFocusItem;
+        for (let parent = item; parent; parent = parent.parent) {
+            if (parent === contentItem) {
+                reveal(item);
+                return;
+            }
+        }
+    }
 
     interactive: false
     clip: true
@@ -57,13 +67,9 @@ Flickable {
     Connections {
         target: page.Window.window
         function onActiveFocusItemChanged() {
-            const item = page.Window.activeFocusItem;
-            for (let parent = item; parent; parent = parent.parent) {
-                if (parent === page.contentItem) {
-                    page.reveal(item);
-                    return;
-                }
-            }
+            // What has just been pressed stays under the pointer.
+            if (!MouseButtons.arePressed())
+                page.revealFocus();
         }
     }
 
