@@ -86,4 +86,22 @@ TabTest {
         chooseFromMenu(bench.named(view, hottest), row.tag);
         compare(bench.clipboard(), row.text);
     }
+    function test_theFieldInUseIsSeen_data() {
+        return [
+            { tag: "Ctrl+F", use: () => keyClick(Qt.Key_F, Qt.ControlModifier) },
+            { tag: "typing", use: () => keyClick("t") },
+            { tag: "Escape", filter: "tc0", use: () => keyClick(Qt.Key_Escape) },
+            { tag: "button", filter: "tc0", use: () => click("Filter löschen") },
+        ];
+    }
+    function test_theFieldInUseIsSeen(row) {
+        const page = bench.scrollPage(view);
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        page.scrollBy(300);
+        view.sensorSearchText = row.filter ?? "";
+        tryVerify(() => page.contentY === (row.filter ? 0 : 300));
+        row.use();
+        waitForRendering(view, 300);
+        verify(field().activeFocus && field().mapToItem(view, 0, 0).y >= 0);
+    }
 }

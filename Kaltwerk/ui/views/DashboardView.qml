@@ -155,6 +155,10 @@ FocusScope {
                         viewModel: dashboard.viewModel
                         searchText: dashboard.sensorSearchText
                         onSearchTextEdited: text => dashboard.sensorSearchText = text
+                        onFieldNeeded: {
+                            page.revealFocus();
+                            page.place = page.contentY;
+                        }
                     }
                 }
                 Repeater {
