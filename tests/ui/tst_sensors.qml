@@ -75,6 +75,10 @@ TabTest {
         keyClick(Qt.Key_Escape);
         compare(view.sensorSearchText, "");
         compare(field().text, "");
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => bench.named(window, "Befehle"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => bench.named(view, hottest).activeFocus, 1000, "the menu took the focus with it");
         for (let row = 0; row < 14; ++row)
             keyClick(Qt.Key_Down);
         verify(bench.named(view, "AMD Radeon Pro GPU Die, TGDD: 52.1 °C").activeFocus, "the arrows end at the group");

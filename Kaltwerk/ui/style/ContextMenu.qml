@@ -6,10 +6,19 @@ import Ventaro.Style
 T.Menu {
     id: menu
 
+    /// What had the focus before, and gets it back.
+    property Item focusBefore
+
     implicitWidth: implicitBackgroundWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 4
     margins: 4
+    Component.onCompleted: contentItem.parent.Accessible.name = "Befehle"
+    onAboutToShow: focusBefore = parent.Window.activeFocusItem
+    onClosed: {
+        if (focusBefore)
+            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+    }
 
     delegate: ContextMenuItem {}
     contentItem: ListView {
