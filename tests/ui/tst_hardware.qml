@@ -37,6 +37,7 @@ TabTest {
         verify(!shows(loading));
         const titles = ["System & Logic Board", "Prozessor (CPU)", "Arbeitsspeicher (RAM)", "Grafikkarten (Dual-GPU & Display)", "Festspeicher (NVMe SSD)", "Akku & Stromversorgung"];
         compare(bench.texts(view).filter(text => titles.indexOf(text) >= 0), titles);
+        verify(shows("System-Hardware & Komponenten-Details") && shows("Vollständige Spezifikationen für CPU, Arbeitsspeicher (RAM), Dual-GPU, NVMe SSD, Logic Board und Akku."));
         verify(shows("BANK 0/ChannelA-DIMM0") && shows("0x7340 (Rev. 0x0040)"));
         compare(bench.namelessControls(view), []);
         click("Aktualisieren");

@@ -21,6 +21,7 @@ TabTest {
 
     function test_showsEverySensorInItsGroup() {
         verify(shows("AppleSMC Hardware-Sensoren (41 aktiv)"));
+        verify(shows("Echtzeit-Messwerte direkt aus dem Apple System Management Controller."));
         compare(keys().length, 41);
         compare(titles(), groups);
         compare(bench.cutTexts(view), []);
