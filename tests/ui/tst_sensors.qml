@@ -88,8 +88,13 @@ TabTest {
         return [{ tag: "Wert kopieren", text: "63.4 °C" }, { tag: "SMC-Key kopieren", text: "TCXC" }];
     }
     function test_menuCopies(row) {
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        const page = bench.scrollPage(view);
+        page.scrollBy(60);
         chooseFromMenu(bench.named(view, hottest), row.tag);
         compare(bench.clipboard(), row.text);
+        tryVerify(() => field().activeFocus);
+        compare(page.contentY, 60, "the page went to the field");
     }
     function test_theFieldInUseIsSeen_data() {
         return [

@@ -9,6 +9,19 @@ T.Menu {
     /// What had the focus before, and gets it back.
     property Item focusBefore
 
+    function giveFocusBack() {
+        let around = focusBefore;
+        while (around && !(around instanceof ScrollPage))
+            around = around.parent;
+        const page = around as ScrollPage;
+        // The eye is where the menu was.
+        if (page)
+            page.followsFocus = false;
+        focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        if (page)
+            page.followsFocus = true;
+    }
+
     implicitWidth: implicitBackgroundWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 4
@@ -17,7 +30,7 @@ T.Menu {
     onAboutToShow: focusBefore = parent.Window.activeFocusItem
     onClosed: {
         if (focusBefore)
-            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+            giveFocusBack();
     }
 
     delegate: ContextMenuItem {}

@@ -6,6 +6,8 @@ import Ventaro.Style
 Flickable {
     id: page
 
+    /// Whether what gets the focus comes into view.
+    property bool followsFocus: true
     readonly property real maximumY: Math.max(contentHeight - height, 0)
 
     function scrollBy(distance: real) {
@@ -68,7 +70,7 @@ Flickable {
         target: page.Window.window
         function onActiveFocusItemChanged() {
             // What has just been pressed stays under the pointer.
-            if (!MouseButtons.arePressed())
+            if (page.followsFocus && !MouseButtons.arePressed())
                 page.revealFocus();
         }
     }
