@@ -30,6 +30,14 @@ std::filesystem::path MachineRoot::resolve(std::string_view absolutePath) const 
     return folder_ / path.relative_path();
 }
 
+std::string MachineRoot::withoutFolder(std::string text) const {
+    const std::string folder = (folder_ / "").string();
+    for (std::size_t place = 0; (place = text.find(folder, place)) != std::string::npos; ++place) {
+        text.replace(place, folder.size(), "/");
+    }
+    return text;
+}
+
 MachineRootChoice chooseMachineRoot(const char* environmentValue, bool privileged) {
     if (environmentValue == nullptr || *environmentValue == '\0') {
         return {};

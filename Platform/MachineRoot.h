@@ -26,6 +26,9 @@ public:
     /// std::invalid_argument for a path that is not absolute or that contains "..".
     std::filesystem::path resolve(std::string_view absolutePath) const;
 
+    /// `text`, which may contain resolved paths, with these as the machine knows them.
+    std::string withoutFolder(std::string text) const;
+
     const std::filesystem::path& folder() const { return folder_; }
 
 private:

@@ -30,6 +30,9 @@ void FanControllerViewModel::setOverviewTabVisible(bool visible) {
 }
 
 void FanControllerViewModel::report(std::optional<std::string> message, bool isError) {
+    if (message) {
+        message = machineRoot_.withoutFolder(*std::move(message));
+    }
     store(statusMessage_, std::move(message), &FanControllerViewModel::statusMessageChanged);
     store(isErrorStatus_, isError, &FanControllerViewModel::isErrorStatusChanged);
 }

@@ -661,7 +661,10 @@ TEST_F(FanControllerTest, TheLoginItemFollowsTheSwitches) {
     std::filesystem::remove_all(folder_.path() / "home");
     writeFile(folder_.path() / "home", "in the way");
     controller_->setLaunchAtLogin(true);
-    EXPECT_EQ(status().find("Autostart konnte nicht gespeichert werden: „"), 0U) << status();
+    EXPECT_EQ(
+        status().find("Autostart konnte nicht gespeichert werden: „/home/Library/LaunchAgents“"),
+        0U)
+        << status();
     EXPECT_TRUE(controller_->isErrorStatus());
     EXPECT_TRUE(controller_->launchAtLogin());
 }

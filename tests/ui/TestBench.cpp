@@ -199,6 +199,13 @@ double TestBench::accessibleValue(QQuickItem* item) const {
     return value != nullptr ? value->currentValue().toDouble() : -1;
 }
 
+bool TestBench::act(QQuickItem* item, const QString& action) const {
+    QAccessibleActionInterface* actions =
+        QAccessible::queryAccessibleInterface(item)->actionInterface();
+    actions->doAction(action);
+    return actions->actionNames().contains(action);
+}
+
 QStringList TestBench::namelessControls(QQuickItem* root) const {
     QStringList nameless;
     walk(root, [&](QQuickItem* item) {

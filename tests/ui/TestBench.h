@@ -66,6 +66,8 @@ public:
     /// What assistive technology reads of a choice or switch, and of a slider.
     Q_INVOKABLE bool isChecked(QQuickItem* item) const;
     Q_INVOKABLE double accessibleValue(QQuickItem* item) const;
+    /// Has assistive technology do `action` ("Press", ...); whether `item` offers it.
+    Q_INVOKABLE bool act(QQuickItem* item, const QString& action) const;
     /// What a person would have to say about the accessibility of what is below `root`: controls
     /// without a name.
     Q_INVOKABLE QStringList namelessControls(QQuickItem* root) const;

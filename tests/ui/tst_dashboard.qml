@@ -102,6 +102,8 @@ TabTest {
             keyClick(Qt.Key_1 + tab, Qt.ControlModifier);
             compare(view.selectedTab, tab);
         }
+        verify(bench.act(bench.named(view, "Temperatur-Kurve"), "Press"));
+        compare(view.selectedTab, DashboardTab.SmartCurve);
         bench.named(view, "Bereiche").forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Up);
         compare(view.selectedTab, DashboardTab.Overview);
@@ -146,6 +148,20 @@ TabTest {
         bench.named(view, "Linker Lüfter (CPU) setzen").forceActiveFocus(Qt.TabFocusReason);
         const button = bench.named(view, "Linker Lüfter (CPU) setzen").mapToItem(view, 0, 0).y;
         verify(button >= 0 && button < 460, "the focus is out of sight");
+    }
+    function test_whatIsPressedStaysUnderThePointer() {
+        view.width = 620;
+        view.height = 480;
+        waitForRendering(view, 300);
+        const page = bench.scrollPage(view);
+        const button = bench.named(view, "Rechter Lüfter (GPU) auf 100%");
+        page.scrollBy(button.mapToItem(page, 0, button.height / 2).y - page.height);
+        const place = page.contentY;
+        mousePress(button, 5, 5);
+        verify(button.activeFocus && place > 0);
+        compare(page.contentY, place);
+        mouseRelease(button, 5, 5);
+        verify(bench.requests().indexOf("set 1 5200") >= 0, "the click was lost");
     }
     function test_anEditEndsWithItsTab() {
         bench.named(view, "Regler Linker Lüfter (CPU)").forceActiveFocus(Qt.TabFocusReason);

@@ -37,6 +37,7 @@ TabTest {
         verify(!shows(loading));
         const titles = ["System & Logic Board", "Prozessor (CPU)", "Arbeitsspeicher (RAM)", "Grafikkarten (Dual-GPU & Display)", "Festspeicher (NVMe SSD)", "Akku & Stromversorgung"];
         compare(bench.texts(view).filter(text => titles.indexOf(text) >= 0), titles);
+        verify(shows("System-Hardware & Komponenten-Details") && shows("Vollständige Spezifikationen für CPU, Arbeitsspeicher (RAM), Dual-GPU, NVMe SSD, Logic Board und Akku."));
         verify(shows("BANK 0/ChannelA-DIMM0") && shows("0x7340 (Rev. 0x0040)"));
         compare(bench.namelessControls(view), []);
         click("Aktualisieren");
@@ -104,5 +105,20 @@ TabTest {
         compare(bench.clipboard(), "C02SIMULATED");
         chooseFromMenu(bench.named(view, "Hersteller: Apple Inc."), "Wert kopieren");
         compare(bench.clipboard(), "Apple Inc.");
+    }
+    function test_keysReachEveryValue() {
+        bench.runTasks();
+        bench.named(view, "Aktualisieren").forceActiveFocus(Qt.TabFocusReason);
+        const cpu = "Intel(R) Core(TM) i9-9880H CPU @ 2.30GHz";
+        for (const [key, value] of [[Qt.Key_Tab, "MacBook Pro"], [Qt.Key_Tab, cpu], [Qt.Key_Up, "00000000-5151-5000-A000-0051AB1ED001"], [Qt.Key_Down, cpu]]) {
+            keyClick(key);
+            keyClick(Qt.Key_C, Qt.ControlModifier);
+            compare(bench.clipboard(), value);
+        }
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => bench.named(window, "Wert kopieren"));
+        mouseClick(bench.named(window, "Wert kopieren"));
+        compare(bench.clipboard(), "GenuineIntel (Intel Coffee Lake-H Refresh, 14nm++)");
     }
 }

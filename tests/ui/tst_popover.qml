@@ -18,7 +18,7 @@ TabTest {
     }
 
     function test_showsTheMachine() {
-        for (const text of ["Ventaro", "63 °C", "52 °C", "31.8 W", "Linker Lüfter (CPU)", "2157 RPM", "2043 RPM", "Schnellwahl", "Beim macOS-Start automatisch öffnen", "Beenden"])
+        for (const text of ["Ventaro", "CPU Max", "Radeon GPU", "Power", "63 °C", "52 °C", "31.8 W", "Linker Lüfter (CPU)", "2157 RPM", "2043 RPM", "Schnellwahl", "Beim macOS-Start automatisch öffnen", "Beenden"])
             verify(shows(text), text);
         compare(bench.texts(view).filter(text => text === "System-Automatik").length, 3);
         compare(bench.namelessControls(view), []);

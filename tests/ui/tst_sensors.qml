@@ -21,6 +21,7 @@ TabTest {
 
     function test_showsEverySensorInItsGroup() {
         verify(shows("AppleSMC Hardware-Sensoren (41 aktiv)"));
+        verify(shows("Echtzeit-Messwerte direkt aus dem Apple System Management Controller."));
         compare(keys().length, 41);
         compare(titles(), groups);
         compare(bench.cutTexts(view), []);
@@ -75,6 +76,10 @@ TabTest {
         keyClick(Qt.Key_Escape);
         compare(view.sensorSearchText, "");
         compare(field().text, "");
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => bench.named(window, "Befehle"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => bench.named(view, hottest).activeFocus, 1000, "the menu took the focus with it");
         for (let row = 0; row < 14; ++row)
             keyClick(Qt.Key_Down);
         verify(bench.named(view, "AMD Radeon Pro GPU Die, TGDD: 52.1 °C").activeFocus, "the arrows end at the group");
@@ -83,7 +88,30 @@ TabTest {
         return [{ tag: "Wert kopieren", text: "63.4 °C" }, { tag: "SMC-Key kopieren", text: "TCXC" }];
     }
     function test_menuCopies(row) {
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        const page = bench.scrollPage(view);
+        page.scrollBy(60);
         chooseFromMenu(bench.named(view, hottest), row.tag);
         compare(bench.clipboard(), row.text);
+        tryVerify(() => field().activeFocus);
+        compare(page.contentY, 60, "the page went to the field");
+    }
+    function test_theFieldInUseIsSeen_data() {
+        return [
+            { tag: "Ctrl+F", use: () => keyClick(Qt.Key_F, Qt.ControlModifier) },
+            { tag: "typing", use: () => keyClick("t") },
+            { tag: "Escape", filter: "tc0", use: () => keyClick(Qt.Key_Escape) },
+            { tag: "button", filter: "tc0", use: () => click("Filter löschen") },
+        ];
+    }
+    function test_theFieldInUseIsSeen(row) {
+        const page = bench.scrollPage(view);
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        page.scrollBy(300);
+        view.sensorSearchText = row.filter ?? "";
+        tryVerify(() => page.contentY === (row.filter ? 0 : 300));
+        row.use();
+        waitForRendering(view, 300);
+        verify(field().activeFocus && field().mapToItem(view, 0, 0).y >= 0);
     }
 }

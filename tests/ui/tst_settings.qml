@@ -10,15 +10,19 @@ TabTest {
     views: Component {
         SettingsContent {
             width: 588
-            machineNote: "Simuliertes MacBook Pro"
         }
     }
 
     function test_wraps_data() {
-        return [{ tag: "narrow", width: 383 }, { tag: "wide", width: 588 }];
+        return [
+            { tag: "narrow", width: 383, note: "", machine: "MacBook Pro" },
+            { tag: "wide", width: 588, note: "Simuliertes MacBook Pro", machine: "Simuliertes MacBook Pro" },
+            { tag: "no SMC", width: 588, note: "Kein AppleSMC gefunden", machine: "Kein AppleSMC gefunden" },
+        ];
     }
     function test_wraps(row) {
         view.width = row.width;
+        view.machineNote = row.note;
         bench.setHelperAnswers(false);
         waitForRendering(view, 300);
         compare(bench.cutTexts(view), []);
@@ -27,7 +31,8 @@ TabTest {
         const card = button.parent;
         verify(button.y + button.height < card.height && button.x + button.width < card.width);
         verify(bench.named(view, "Binary: /Library/PrivilegedHelperTools/com.ventaro.helper · Socket: /var/run/com.ventaro.helper.sock"));
-        verify(shows("Ventaro 0.1.0 · Helper-Protokoll 1 · Simuliertes MacBook Pro"));
+        for (const text of ["Privilegierter Hintergrund-Helper & Einstellungen", "Auf dem MacBook Pro 16\" (2019) mit Apple T2 Security Chip akzeptiert der AppleSMC-Kernel-Treiber Schreibbefehle für F0Md/F1Md (Manueller Modus) und F0Tg/F1Tg (Ziel-RPM) ausschließlich von Prozessen mit Root-Rechten. Durch den LaunchDaemon ist keine erneute Passworteingabe beim App-Start nötig.", "Autostart & Sicherheits-Optionen", "Ventaro 0.1.0 · Helper-Protokoll 1 · " + row.machine])
+            verify(shows(text), text);
     }
     function test_helper_data() {
         return [
@@ -56,7 +61,10 @@ TabTest {
         const before = bench.viewModel[row.property];
         const option = bench.named(view, row.tag);
         for (const expected of [!before, before, !before]) {
-            mouseClick(option);
+            if (expected === before)
+                verify(bench.act(option, "Toggle"));
+            else
+                mouseClick(option);
             compare(bench.viewModel[row.property], expected);
             compare(bench.isChecked(option), expected);
         }
@@ -69,8 +77,8 @@ TabTest {
     function test_switchFollowsTheController() {
         bench.blockLoginItem();
         const option = bench.named(view, autostart);
-        mouseClick(option);
-        verify(bench.viewModel.isErrorStatus);
+        bench.act(option, "Toggle");
+        verify(bench.viewModel.isErrorStatus && bench.viewModel.launchAtLogin);
         compare(bench.isChecked(option), bench.viewModel.launchAtLogin);
         bench.viewModel.setLaunchAtLogin(false);
         verify(!bench.isChecked(option));

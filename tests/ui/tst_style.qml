@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
 import Ventaro.Style
+import Ventaro.Test
 
 TestCase {
     id: test
@@ -116,5 +117,22 @@ TestCase {
     }
     function test_nearestPoint(row) {
         compare(line.nearest(Number(row.tag)).x, row.x);
+    }
+
+    TestBench {
+        id: bench
+    }
+    function test_assistiveTechnologyClicks_data() {
+        return ["PushButton", "IconButton", "ChoiceButton", "ToggleSwitch", "ContextMenuItem"].map(type => ({ tag: type }));
+    }
+    function test_assistiveTechnologyClicks(row) {
+        const item = Qt.createQmlObject("import Ventaro.Style; " + row.tag + " { property int clicks; onClicked: ++clicks }", test);
+        verify(bench.act(item, "Press"));
+        compare(item.clicks, 1);
+        verify(!bench.isChecked(item), "a click changes nothing by itself");
+        item.enabled = false;
+        bench.act(item, "Press");
+        compare(item.clicks, 1, "although it was disabled");
+        item.destroy();
     }
 }

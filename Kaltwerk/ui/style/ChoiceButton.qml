@@ -13,6 +13,12 @@ T.RadioButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    // Without these, assistive technology would only set what is shown.
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
+    Accessible.onToggleAction: Accessible.pressAction()
     // The template has just checked itself.
     onClicked: checked = Qt.binding(() => button.isOn)
 }

@@ -6,10 +6,32 @@ import Ventaro.Style
 T.Menu {
     id: menu
 
+    /// What had the focus before, and gets it back.
+    property Item focusBefore
+
+    function giveFocusBack() {
+        let around = focusBefore;
+        while (around && !(around instanceof ScrollPage))
+            around = around.parent;
+        const page = around as ScrollPage;
+        // The eye is where the menu was.
+        if (page)
+            page.followsFocus = false;
+        focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        if (page)
+            page.followsFocus = true;
+    }
+
     implicitWidth: implicitBackgroundWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 4
     margins: 4
+    Component.onCompleted: contentItem.parent.Accessible.name = "Befehle"
+    onAboutToShow: focusBefore = parent.Window.activeFocusItem
+    onClosed: {
+        if (focusBefore)
+            giveFocusBack();
+    }
 
     delegate: ContextMenuItem {}
     contentItem: ListView {

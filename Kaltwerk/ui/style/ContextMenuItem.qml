@@ -10,6 +10,10 @@ T.MenuItem {
     implicitHeight: 26
     hoverEnabled: true
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     background: Rectangle {
         radius: Theme.radiusSmall

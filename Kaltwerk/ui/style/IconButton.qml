@@ -15,6 +15,10 @@ T.Button {
     opacity: enabled ? 1 : Theme.disabledOpacity
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     background: Rectangle {
         radius: Theme.radiusSmall

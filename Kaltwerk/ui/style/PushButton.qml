@@ -53,6 +53,10 @@ T.Button {
     opacity: busy ? Theme.busyOpacity : enabled ? 1 : Theme.disabledOpacity
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     background: Rectangle {
         radius: button.small ? Theme.radiusSmall : Theme.radiusControl

@@ -6,6 +6,8 @@ import Ventaro.Style
 Flickable {
     id: page
 
+    /// Whether what gets the focus comes into view.
+    property bool followsFocus: true
     readonly property real maximumY: Math.max(contentHeight - height, 0)
 
     function scrollBy(distance: real) {
@@ -20,6 +22,16 @@ Flickable {
             scrollBy(top - contentY);
         else if (bottom > contentY + height)
             scrollBy(bottom - contentY - height);
+    }
+    /// Brings what has the focus into view, if it lies on the page.
+    function revealFocus() {
+        const item = Window.activeFocusItem;
+        for (let parent = item; parent; parent = parent.parent) {
+            if (parent === contentItem) {
+                reveal(item);
+                return;
+            }
+        }
     }
 
     interactive: false
@@ -57,13 +69,9 @@ Flickable {
     Connections {
         target: page.Window.window
         function onActiveFocusItemChanged() {
-            const item = page.Window.activeFocusItem;
-            for (let parent = item; parent; parent = parent.parent) {
-                if (parent === page.contentItem) {
-                    page.reveal(item);
-                    return;
-                }
-            }
+            // What has just been pressed stays under the pointer.
+            if (page.followsFocus && !MouseButtons.arePressed())
+                page.revealFocus();
         }
     }
 

@@ -12,6 +12,9 @@ Item {
     activeFocusOnTab: true
     Accessible.role: Accessible.Separator
     Accessible.name: "Breite der Seitenleiste"
+    Accessible.description: Math.round(x + width) + " Punkte"
+    Accessible.onDecreaseAction: dragged(-5)
+    Accessible.onIncreaseAction: dragged(5)
     Keys.onLeftPressed: dragged(-5)
     Keys.onRightPressed: dragged(5)
 

@@ -19,6 +19,12 @@ T.CheckBox {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    // Without these, assistive technology would only set what is shown.
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
+    Accessible.onToggleAction: Accessible.pressAction()
     // The template has just checked itself.
     onClicked: checked = Qt.binding(() => toggle.isOn)
 

@@ -162,6 +162,10 @@ FocusScope {
                         viewModel: dashboard.viewModel
                         searchText: dashboard.sensorSearchText
                         onSearchTextEdited: text => dashboard.sensorSearchText = text
+                        onFieldNeeded: {
+                            page.revealFocus();
+                            page.place = page.contentY;
+                        }
                     }
                 }
                 Repeater {

@@ -16,7 +16,9 @@ Card {
     required property var specs
     required property var subCards
 
-    signal menuRequested(string text, Item row, point position)
+    signal menuRequested(string text, HardwareRow row, point position)
+    /// The focus is to go on to the next (1) or the previous (-1) row.
+    signal moveRequested(HardwareRow row, int distance)
 
     readonly property var accents: ({
             orange: [Theme.orange, Theme.orangeText],
@@ -108,7 +110,9 @@ Card {
                         height: implicitHeight
                         label: cell.modelData.label
                         value: cell.modelData.value
+                        isFirst: cell.index === 0
                         onMenuRequested: (text, position) => card.menuRequested(text, row, position)
+                        onMoveRequested: distance => card.moveRequested(row, distance)
                     }
                     Rectangle {
                         anchors.bottom: parent.bottom
@@ -154,6 +158,7 @@ Card {
                             HardwareRow {
                                 id: line
 
+                                required property int index
                                 required property var modelData
 
                                 width: lines.width
@@ -161,7 +166,9 @@ Card {
                                 lineHeight: 14
                                 label: modelData.label
                                 value: modelData.value
+                                isFirst: index === 0
                                 onMenuRequested: (text, position) => card.menuRequested(text, line, position)
+                                onMoveRequested: distance => card.moveRequested(line, distance)
                             }
                         }
                     }

@@ -17,6 +17,21 @@ Column {
         Clipboard.copy(hardware.inventoryText());
         copied.restart();
     }
+    /// All rows below `item`, from top to bottom.
+    function rowsBelow(item: Item): var {
+        if (item instanceof HardwareRow)
+            return [item];
+        let rows = [];
+        for (let child = 0; child < item.children.length; ++child)
+            rows = rows.concat(rowsBelow(item.children[child]));
+        return rows;
+    }
+    function moveFocus(row: HardwareRow, distance: int) {
+        const rows = rowsBelow(grid);
+        const next = rows[rows.indexOf(row) + distance] as HardwareRow;
+        if (next)
+            next.takeFocus();
+    }
 
     spacing: 14
 
@@ -144,6 +159,8 @@ Column {
         }
     }
     AdaptiveGrid {
+        id: grid
+
         width: parent.width
         visible: cards.count > 0
         minimumCellWidth: 380
@@ -159,6 +176,7 @@ Column {
                     menu.text = text;
                     menu.popup(row, position);
                 }
+                onMoveRequested: (row, distance) => content.moveFocus(row, distance)
             }
         }
     }

@@ -115,6 +115,10 @@ FocusScope {
             hoverEnabled: true
             focusPolicy: Qt.StrongFocus
             Accessible.name: text
+            Accessible.onPressAction: {
+                if (enabled)
+                    clicked();
+            }
             onClicked: {
                 popover.actionStarted();
                 popover.viewModel.installHelper();

@@ -49,6 +49,8 @@ Column {
             x: 1
             y: 1
             width: parent.width - 2
+            Accessible.role: Accessible.List
+            Accessible.name: section.title
 
             Repeater {
                 id: rows

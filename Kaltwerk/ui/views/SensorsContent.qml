@@ -12,6 +12,8 @@ Column {
     property string searchText
 
     signal searchTextEdited(string text)
+    /// The field is to be seen, which has the focus.
+    signal fieldNeeded
 
     /// To the nearest group from `place` on, in either direction, that has rows.
     function moveFocus(place: int, direction: int) {
@@ -40,12 +42,17 @@ Column {
         onActivated: {
             field.forceActiveFocus(Qt.ShortcutFocusReason);
             field.selectAll();
+            content.fieldNeeded();
         }
     }
     Shortcut {
         sequence: "Escape"
         enabled: content.searchText !== "" && !menu.visible
-        onActivated: content.searchTextEdited("")
+        onActivated: {
+            if (field.activeFocus)
+                content.fieldNeeded();
+            content.searchTextEdited("");
+        }
     }
     ContextMenu {
         id: menu
@@ -105,7 +112,10 @@ Column {
             rightPadding: content.searchText !== "" ? 30 : 10
             placeholderText: "Sensor oder SMC-Key filtern..."
             text: content.searchText
-            onTextEdited: content.searchTextEdited(text)
+            onTextEdited: {
+                content.fieldNeeded();
+                content.searchTextEdited(text);
+            }
 
             IconButton {
                 anchors.right: parent.right
@@ -115,8 +125,9 @@ Column {
                 symbol: "xmark"
                 text: "Filter löschen"
                 onClicked: {
-                    content.searchTextEdited("");
                     field.forceActiveFocus(Qt.OtherFocusReason);
+                    content.fieldNeeded();
+                    content.searchTextEdited("");
                 }
             }
         }

@@ -9,6 +9,7 @@ Column {
     id: content
 
     required property FanControllerViewModel viewModel
+    /// What there is to say about the machine; empty on a real one.
     property string machineNote
 
     readonly property bool isNarrow: width < 520
@@ -191,7 +192,7 @@ Column {
 
     SelectableText {
         width: parent.width
-        text: "Ventaro " + ProgramFacts.version + " · Helper-Protokoll " + ProgramFacts.helperProtocol + (content.machineNote !== "" ? " · " + content.machineNote : "")
+        text: "Ventaro " + ProgramFacts.version + " · Helper-Protokoll " + ProgramFacts.helperProtocol + " · " + (content.machineNote || "MacBook Pro")
         color: Theme.textTertiary
     }
 }

@@ -134,6 +134,7 @@ Rectangle {
                     hoverEnabled: true
                     focusPolicy: Qt.NoFocus
                     Accessible.name: text
+                    Accessible.onPressAction: clicked()
                     onClicked: {
                         // The template has just checked itself.
                         checked = Qt.binding(() => row.isOn);
