@@ -40,6 +40,12 @@ void liveThroughALoad(TestBench& bench) {
     bench.tick();
 }
 
+void applyProfile(TestBench& bench, ControlProfile profile) {
+    bench.viewModel()->selectProfile(profile);
+    bench.runTasks();
+    bench.viewModel()->dismissStatusMessage();
+}
+
 /// Has a view drawn as it would be on the screen, and kept as a picture.
 class Camera {
 public:
@@ -50,7 +56,9 @@ public:
     }
     QQuickItem* load(TestBench& bench, const char* view) {
         window_.setInitialProperties(
-            {{QStringLiteral("viewModel"), QVariant::fromValue(bench.viewModel())}});
+            {{QStringLiteral("viewModel"), QVariant::fromValue(bench.viewModel())},
+             {QStringLiteral("machineNote"),
+              view == std::string("DashboardView") ? "Simuliertes MacBook Pro" : ""}});
         window_.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ventaro/Views/%1.qml").arg(view)));
         window_.show();
         return window_.rootObject();
@@ -61,6 +69,8 @@ public:
         QElapsedTimer shown;
         for (shown.start(); shown.elapsed() < 300;) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            // Outside an event loop nothing else deletes the tabs that have gone.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
         const QString scale = window_.effectiveDevicePixelRatio() > 1 ? "@2x" : "";
         return window_.grabWindow().save(folder_.filePath(name + scale + ".png"));
@@ -125,6 +135,10 @@ bool takeAll(const QDir& folder) {
                 isGood = camera.take(sized(tabs[tab], size, theme), size) && isGood;
             }
         }
+        applyProfile(bench, ControlProfile::smartCurve);
+        dashboard->setProperty("selectedTab", 1);
+        isGood = camera.take(sized("curve", sizes[2], theme), sizes[2]) && isGood;
+        applyProfile(bench, ControlProfile::systemAuto);
         isGood = takeStates(camera, bench, theme) && isGood;
         camera.load(bench, "MenuBarPopoverView");
         isGood = camera.take(QStringLiteral("popover-%1").arg(theme), {330, 484}) && isGood;
