@@ -62,7 +62,7 @@ Item {
         onActiveFocusChanged: isFocusedByMouse = MouseButtons.arePressed()
         Keys.onUpPressed: row.moveRequested(-1)
         Keys.onDownPressed: row.moveRequested(1)
-        Keys.onMenuPressed: row.menuRequested(textToCopy, Qt.point(x, height))
+        Keys.onMenuPressed: row.menuRequested(textToCopy, Qt.point(x + width - contentWidth, height))
         Keys.onPressed: event => {
             event.accepted = event.key === Qt.Key_C && event.modifiers === Qt.ControlModifier;
             if (event.accepted)
