@@ -312,6 +312,15 @@ protected:
         QCoreApplication::processEvents();
         tasks_.deliver(); // what the timer has put behind
     }
+    void refresh() {
+        controller_->refreshTelemetryAsync(false);
+        tasks_.runAll();
+    }
+    std::string status() const { return controller_->statusMessage().value_or("(absent)"); }
+    void expectStatus(const std::string& text, bool isError) const {
+        EXPECT_EQ(status(), text);
+        EXPECT_EQ(controller_->isErrorStatus(), isError);
+    }
     /// Has the SMC say `value` for `key`, in the key's own type.
     void setKey(const std::string& key, double value) {
         const std::string type = machine_.service.readKeyRaw(key).type;
