@@ -113,8 +113,13 @@ TEST_F(ControllerSettingsTest,
         controller.setOverviewTabVisible(false);
     }
     controller.setCurvePoints(defaultCurve()); // the same numbers with new identities are one
+    int applications = 0;
+    const QObject listener; // this one is no property, which the audit would see
+    QObject::connect(&controller, &Controller::lastAppliedRPMsChanged, &listener,
+                     [&applications] { ++applications; });
     controller.applySmartCurveStep(true);
     controller.applySmartCurveStep(true);
+    EXPECT_EQ(applications, 1);
     tasks_.runAll();
     controller.selectProfile(ControlProfile::systemAuto);
     helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::refuse("nein"); });
