@@ -67,6 +67,7 @@ TEST_F(ControllerSettingsTest, SettingsThatCannotBeAreIgnoredAndRepairedByTheNex
         {"curvePoints", curve(4, R"({"temperature":50,"speedPercent":20})")},
         {"curvePoints", curve(4, R"({"id":"0123","temperature":50,"speedPercent":20})")},
         {"curvePoints", curve(4, "{" + id + R"("temperature":"50","speedPercent":20})")},
+        {"curvePoints", curve(4, "7")},
         {"curvePoints", data("{}")},
         {"curvePoints", data("[[[[")},
         {"curvePoints", std::string("[]")},

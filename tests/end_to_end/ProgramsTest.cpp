@@ -48,6 +48,7 @@ TEST(Programs, ExitCodes) {
         {{"watch", "--count", "1", "--json"}, 0, ""},
         {{}, 2, "subcommand"},
         {{"frobnicate"}, 2, "frobnicate"},
+        {{"fans", "extra"}, 2, "extra"},
         {{"set", "0"}, 2, "RPM is required"},
         {{"set", "x", "1"}, 2, "FAN"},
         {{"set", "-1", "2000"}, 2, ""},
