@@ -1,11 +1,11 @@
 #pragma once
 
+#include "BlankHost.h"
 #include "FanControllerViewModel.h"
 #include "FileDefaults.h"
 #include "FileDescriptor.h"
 #include "InProcessMachine.h"
 #include "JsonObject.h"
-#include "KernelValues.h"
 #include "NumberFormat.h"
 #include "TestSupport.h"
 #include "UnixSocket.h"
@@ -97,27 +97,6 @@ struct ListedApplications final : RunningApplications {
     std::shared_ptr<const List> current() const override { return seen; }
     List list;
     std::shared_ptr<const List> seen = std::make_shared<List>();
-};
-
-/// A host that knows nothing but what it is given, and counts how often its profiler runs.
-struct BlankHost final : HostInformation {
-    std::optional<std::string> runProgram(const std::string& /*path*/,
-                                          const std::vector<std::string>& /*arguments*/) override {
-        ++runs;
-        return document;
-    }
-    void endPrograms() override { hasEnded = true; }
-    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view name) override {
-        const auto value = kernel ? kernel->find(name) : std::nullopt;
-        return value ? std::optional(std::vector<std::uint8_t>(value->begin(), value->end()))
-                     : std::nullopt;
-    }
-    std::string operatingSystemVersion() override { return version; }
-    std::optional<std::string> document;
-    std::optional<KernelValues> kernel;
-    std::string version = "Version 0";
-    int runs = 0;
-    bool hasEnded = false;
 };
 
 /// A helper that keeps a record of its requests and answers as it is told, each on a thread.
@@ -311,6 +290,15 @@ protected:
         clock().tick();
         QCoreApplication::processEvents();
         tasks_.deliver(); // what the timer has put behind
+    }
+    void refresh() {
+        controller_->refreshTelemetryAsync(false);
+        tasks_.runAll();
+    }
+    std::string status() const { return controller_->statusMessage().value_or("(absent)"); }
+    void expectStatus(const std::string& text, bool isError) const {
+        EXPECT_EQ(status(), text);
+        EXPECT_EQ(controller_->isErrorStatus(), isError);
     }
     /// Has the SMC say `value` for `key`, in the key's own type.
     void setKey(const std::string& key, double value) {

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <QCoreApplication>
+#include <QString>
 #include <cmath>
 #include <thread>
 
@@ -119,12 +120,9 @@ TEST(ControlLoopTest, FollowsTheCurveForHalfAnHour) {
     EXPECT_LT(*std::min_element(temperatures.begin(), temperatures.end()), 55) << "it was idle";
     // The helper notes every speed it sets. 333 pairs on 900 ticks: most moves are below 45 RPM.
     const std::string log = readFile(loop.machine().path("/var/log/com.ventaro.helper.log"));
-    std::size_t speeds = 0;
-    for (std::size_t at = 0; (at = log.find(" forced", at)) != std::string::npos; ++at) {
-        ++speeds;
-    }
-    EXPECT_GT(speeds, 2 * 20U);
-    EXPECT_LT(speeds, 2 * 350U);
+    const auto speeds = QString::fromStdString(log).count(" forced");
+    EXPECT_GT(speeds, 2 * 20);
+    EXPECT_LT(speeds, 2 * 350);
     EXPECT_EQ(loop.controller().history().size(), 60U);
     EXPECT_FALSE(loop.controller().hasStatusMessage());
 
@@ -138,33 +136,6 @@ TEST(ControlLoopTest, TheSameRunGivesTheSameTemperatures) {
     ControlLoop first({"--seed", "7"});
     ControlLoop second({"--seed", "7"});
     EXPECT_EQ(followCurve(first, ticks), followCurve(second, ticks));
-}
-
-TEST(ControlLoopTest, ProfilesReachTheKeysOfTheSMC) {
-    ControlLoop loop;
-    struct Row {
-        ControlProfile profile;
-        double mode;
-        double left;
-        double right;
-    };
-    const Row rows[] = {
-        {ControlProfile::silent, 1, 2403, 2225}, {ControlProfile::balanced, 1, 3726, 3450},
-        {ControlProfile::turbo, 1, 5616, 5200},  {ControlProfile::manual, 1, 5616, 5200},
-        {ControlProfile::systemAuto, 0, 0, 0},
-    };
-    for (const Row& row : rows) {
-        loop.controller().selectProfile(row.profile);
-        loop.settle();
-        EXPECT_EQ(loop.key("F0Md"), row.mode);
-        EXPECT_EQ(loop.key("F1Md"), row.mode);
-        if (row.mode == 1) {
-            EXPECT_EQ(loop.key("F0Tg"), row.left);
-            EXPECT_EQ(loop.key("F1Tg"), row.right);
-            EXPECT_EQ(loop.controller().fans()[0].targetRPM, row.left) << "and come back at once";
-        }
-    }
-    EXPECT_EQ(loop.controller().statusMessage(), "Alle Lüfter auf macOS-Automatik.");
 }
 
 TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
@@ -196,25 +167,6 @@ TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
     EXPECT_TRUE(controller.isHelperInstalled());
     EXPECT_TRUE(controller.isErrorStatus()) << "the text stays until something replaces it";
     EXPECT_EQ(loop.key("F0Md"), 0) << "nothing is sent again by itself";
-}
-
-TEST(ControlLoopTest, AnSMCThatGoesAndComesBackIsReadAgain) {
-    ControlLoop loop;
-    FanControllerViewModel& controller = loop.controller();
-    controller.selectProfile(ControlProfile::smartCurve);
-    loop.settle();
-    loop.tell({"fault", "service", "gone"});
-    for (int tick = 0; tick < 4; ++tick) {
-        loop.tick();
-    }
-    EXPECT_EQ(controller.cpuMaxTemp(), 0);
-    EXPECT_TRUE(controller.sensors().empty());
-    loop.tell({"clear"});
-    for (int tick = 0; tick < 3; ++tick) {
-        loop.tick();
-    }
-    EXPECT_GT(controller.cpuMaxTemp(), 20);
-    EXPECT_FALSE(controller.sensors().empty());
 }
 
 TEST(ControlLoopTest, QuittingDoesNotWaitForTheProfiler) {
@@ -255,9 +207,6 @@ TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
     install({"consent", "refused", "Der Benutzer hat abgebrochen."});
     EXPECT_EQ(controller.statusMessage(), "Der Benutzer hat abgebrochen.");
     loop.tell({"consent", "waiting"});
-    install({"consent", "refused"});
-    EXPECT_EQ(controller.statusMessage(),
-              "Administrator-Autorisierung abgebrochen oder fehlgeschlagen.");
     EXPECT_FALSE(fs::exists(binary));
 
     fs::create_directories(list); // the chain stops at its fifth command

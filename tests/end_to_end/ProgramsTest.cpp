@@ -53,18 +53,14 @@ TEST(Programs, ExitCodes) {
         {{"set", "x", "1"}, 2, "FAN"},
         {{"set", "-1", "2000"}, 2, ""},
         {{"set", "0", "nan"}, 2, "nan"},
-        {{"set", "0", "2000x"}, 2, "2000x"},
         {{"key", "TC0"}, 2, "four characters"},
         {{"run", "--curve", "60:30"}, 2, "at least two points"},
         {{"run", "--curve", "60:30,"}, 2, "no point"},
         {{"run", "--curve", "60:30,121:5"}, 2, "temperature from 0 to 120"},
-        {{"run", "--curve", "60:30,70:nan"}, 2, "speed from 0 to 100"},
         {{"run", "--curve", "60:30,70:101"}, 2, "speed from 0 to 100"},
         {{"run", "--source", "cpu"}, 2, "cpu"},
-        {{"run", "--profile", "laut"}, 2, "laut"},
         {{"run", "--profile", "silent", "--curve", "60:30,70:40"}, 2, "smartCurve"},
         {{"watch", "--count", "0"}, 2, "count"},
-        {{"watch", "--interval", "0"}, 2, "interval"},
         {{"watch", "--interval", "nan"}, 2, "interval"},
         {{"key", "ZZZZ"}, 1, "SMC-Schlüssel 'ZZZZ' wurde nicht gefunden."},
         {{"ping"}, 1, "Hintergrund-Helper nicht erreichbar (/var/run/com.ventaro.helper.sock)."},
@@ -103,10 +99,6 @@ TEST(Programs, WithoutASmcNothingIsInvented) {
         EXPECT_EQ(outcome.output, "");
         EXPECT_THAT(outcome.errors, HasSubstr("AppleSMC IOKit-Dienst wurde nicht gefunden."));
     }
-    const Outcome bad =
-        runProgram(folder.path(), {bin + "ventaroctl", "fans"}, {"VENTARO_MACHINE_ROOT=nowhere"});
-    EXPECT_EQ(bad.exitCode, 1);
-    EXPECT_THAT(bad.errors, HasSubstr("nowhere"));
 }
 
 TEST(Programs, AFullDiskIsNoSuccess) {
@@ -196,19 +188,6 @@ TEST(HelperProgram, KilledWithAFanForcedItComesBackAndTheFanStays) {
                 HasSubstr("fan 0 forced"));
 }
 
-TEST(HelperProgram, AServiceThatComesBackIsFoundAgain) {
-    const SimulatedMachine machine;
-    ASSERT_EQ(machine.ctl({"set", "0", "3000"}).exitCode, 0);
-    machine.control({"fault", "service", "gone"});
-    EXPECT_EQ(machine.ctl({"fans"}).exitCode, 1);
-    EXPECT_EQ(machine.ctl({"auto"}).exitCode, 1) << "nothing was handed back";
-    const Outcome refused = machine.ctl({"set", "0", "3500"});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_THAT(refused.errors, HasSubstr("F0Tg"));
-    machine.control({"clear"});
-    EXPECT_EQ(machine.ctl({"set", "0", "3500"}).exitCode, 0);
-}
-
 TEST(HelperProgram, AHangingSmcStillGetsAnAnswerInTime) {
     const SimulatedMachine machine;
     machine.control({"fault", "F0Mn", "late", "600000"});
@@ -224,13 +203,9 @@ TEST(HelperProgram, SleepsWithoutATimeOutWhileIdle) {
     const std::string process = "/proc/" + std::to_string(machine.helperProcess());
     // The kernel shows the system call: poll (7), its descriptors, their number, the time-out.
     const auto isInPollForEver = [&] {
-        std::istringstream line(readFile(process + "/syscall"));
-        std::string number;
-        std::string address;
-        std::string count;
-        std::string timeout;
-        line >> number >> address >> count >> timeout;
-        return number == "7" && count == "0x2" && timeout == "0xffffffff";
+        const testing::Matcher<std::string> poll =
+            testing::MatchesRegex("7 0x[0-9a-f]+ 0x2 0xffffffff .*\n");
+        return poll.Matches(readFile(process + "/syscall"));
     };
     EXPECT_TRUE(waitUntil(isInPollForEver)) << readFile(process + "/syscall");
 }

@@ -1,46 +1,12 @@
-#include "SystemHardwareInfo.h"
+#include "BlankHost.h"
 #include "TextCleanup.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <map>
 #include <random>
 
 namespace ventaro {
 namespace {
-
-/// A host with a profiler's document and kernel values of the test's own.
-class TableHost final : public HostInformation {
-public:
-    std::optional<std::string> runProgram(const std::string& path,
-                                          const std::vector<std::string>& arguments) override {
-        command = path;
-        for (const std::string& argument : arguments) {
-            command += " " + argument;
-        }
-        return document;
-    }
-    void endPrograms() override {}
-    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view name) override {
-        const auto found = values.find(name);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
-    }
-    std::string operatingSystemVersion() override { return "Version 11.7"; }
-
-    template<typename Integer>
-    void set(const std::string& name, Integer value) {
-        values[name].resize(sizeof value);
-        std::memcpy(values[name].data(), &value, sizeof value);
-    }
-    void setText(const std::string& name, const std::string& text) {
-        values[name].assign(text.begin(), text.end());
-    }
-
-    std::optional<std::string> document;
-    std::string command;
-    std::map<std::string, std::vector<std::uint8_t>, std::less<>> values;
-};
 
 std::string flat(const HardwareSectionData::Rows& rows, const std::string& indent) {
     std::string text;
@@ -63,7 +29,7 @@ std::string flat(const std::vector<HardwareSectionData>& sections) {
 }
 
 TEST(HardwareInventory, AMachineThatTellsNothingIsTheOneOf2019) {
-    TableHost host;
+    BlankHost host;
     const auto sections = SystemHardwareInspector(host).loadAllHardwareSections();
     EXPECT_EQ(host.command, "/usr/sbin/system_profiler SPHardwareDataType SPMemoryDataType "
                             "SPDisplaysDataType SPNVMeDataType SPPowerDataType -json");
@@ -75,7 +41,7 @@ Hersteller: Apple Inc.
 Seriennummer: –
 Boot-ROM / iBridge: –
 OS Loader: –
-macOS Version: Version 11.7
+macOS Version: Version 0
 Hardware-UUID: –
 # Prozessor (CPU) | Intel(R) Core(TM) i9-9880H CPU @ 2.30GHz | cpu.fill | orange
 Modell: Intel(R) Core(TM) i9-9880H CPU @ 2.30GHz
@@ -159,22 +125,22 @@ const std::string fullDocument = R"({
   {"_name":"sppower_ac_charger_information"}]})";
 
 TEST(HardwareInventory, EveryMemberHasItsPlace) {
-    TableHost host;
+    BlankHost host;
+    host.bytes["machdep.cpu.brand_string"] = std::string("  P1 \n\0rest", 11);
+    host.kernel.emplace(R"(machdep.cpu.vendor string P2
+machdep.cpu.family int32 23
+machdep.cpu.model int64 24
+machdep.cpu.stepping int64 25
+machdep.cpu.core_count int32 6
+machdep.cpu.thread_count int32 12
+hw.cpufrequency_max int64 2625000000
+hw.l1icachesize int64 65535
+hw.l1dcachesize int64 49152
+hw.l2cachesize int64 524288
+hw.l3cachesize int64 12582912
+machdep.cpu.microcode_version int64 56833
+hw.memsize int64 34359738368)");
     host.document = fullDocument;
-    host.setText("machdep.cpu.brand_string", std::string("  P1 \n\0rest", 11));
-    host.setText("machdep.cpu.vendor", "P2");
-    host.set<std::int32_t>("machdep.cpu.family", 23);
-    host.set<std::int64_t>("machdep.cpu.model", 24);
-    host.set<std::int64_t>("machdep.cpu.stepping", 25);
-    host.set<std::int32_t>("machdep.cpu.core_count", 6);
-    host.set<std::int32_t>("machdep.cpu.thread_count", 12);
-    host.set<std::int64_t>("hw.cpufrequency_max", 2625000000);
-    host.set<std::int64_t>("hw.l1icachesize", 65535);
-    host.set<std::int64_t>("hw.l1dcachesize", 49152);
-    host.set<std::int64_t>("hw.l2cachesize", 524288);
-    host.set<std::int64_t>("hw.l3cachesize", 12582912);
-    host.set<std::int64_t>("machdep.cpu.microcode_version", 0xDE01);
-    host.set<std::int64_t>("hw.memsize", 34359738368);
     EXPECT_EQ(flat(SystemHardwareInspector(host).loadAllHardwareSections()),
               R"(# System & Logic Board | H1 (H2) | laptopcomputer | blue
 Modellname: H1
@@ -183,7 +149,7 @@ Hersteller: Apple Inc.
 Seriennummer: H3
 Boot-ROM / iBridge: H4
 OS Loader: H5
-macOS Version: Version 11.7
+macOS Version: Version 0
 Hardware-UUID: H6
 # Prozessor (CPU) | P1 | cpu.fill | orange
 Modell: P1
@@ -310,7 +276,7 @@ TEST(HardwareInventory, ValuesCountWithTheirJsonTypesOnly) {
          "-9223372036854775808 mAh"},
     };
     for (const auto& [document, line] : rows) {
-        TableHost host;
+        BlankHost host;
         host.document = document;
         const std::string text = flat(SystemHardwareInspector(host).loadAllHardwareSections());
         EXPECT_NE(text.find(line), std::string::npos) << document << "\n" << text;
@@ -318,7 +284,7 @@ TEST(HardwareInventory, ValuesCountWithTheirJsonTypesOnly) {
 }
 
 TEST(HardwareInventory, KernelValuesAreTextsAndIntegers) {
-    TableHost host;
+    BlankHost host;
     const SystemHardwareInspector inspector(host);
     EXPECT_EQ(inspector.sysctlString("none"), std::nullopt);
     EXPECT_EQ(inspector.sysctlInt64("none"), std::nullopt);
@@ -329,15 +295,18 @@ TEST(HardwareInventory, KernelValuesAreTextsAndIntegers) {
         {"x\xffy", "x\uFFFDy"},
     };
     for (const auto& [bytes, text] : texts) {
-        host.setText("text", bytes);
+        host.bytes["text"] = bytes;
         EXPECT_EQ(inspector.sysctlString("text"), text);
     }
-    host.set<std::int32_t>("number", 7);
-    EXPECT_EQ(inspector.sysctlInt64("number"), 7);
-    host.set<std::int64_t>("number", -7);
-    EXPECT_EQ(inspector.sysctlInt64("number"), -7);
-    host.setText("number", "123456789");
-    EXPECT_EQ(inspector.sysctlInt64("number"), std::nullopt) << "nine bytes do not fit";
+    const std::pair<std::string, std::optional<std::int64_t>> numbers[] = {
+        {std::string("\7\0\0\0", 4), 7},
+        {"\xf9" + std::string(7, '\xff'), -7},
+        {"123456789", std::nullopt}, // nine bytes do not fit
+    };
+    for (const auto& [bytes, number] : numbers) {
+        host.bytes["number"] = bytes;
+        EXPECT_EQ(inspector.sysctlInt64("number"), number);
+    }
     EXPECT_EQ(upperCased("straße÷ sé"), "STRASSE÷ SÉ");
 }
 
@@ -372,7 +341,7 @@ TEST(HardwareInventory, AnyDocumentGivesSixSections) {
                 document.erase(at, below(20));
             }
         }
-        TableHost host;
+        BlankHost host;
         host.document = document;
         ASSERT_EQ(SystemHardwareInspector(host).loadAllHardwareSections().size(), 6U) << document;
     }
@@ -385,7 +354,7 @@ TEST(HardwareInventory, AnyDocumentGivesSixSections) {
         R"({"SPHardwareDataType":[{"serial_number":")" + std::string(huge, 'x') + "\"}]}",
     };
     for (const std::string& document : absurd) {
-        TableHost host;
+        BlankHost host;
         host.document = document;
         EXPECT_EQ(SystemHardwareInspector(host).loadAllHardwareSections().size(), 6U);
     }
@@ -393,7 +362,7 @@ TEST(HardwareInventory, AnyDocumentGivesSixSections) {
     for (int count = 0; count < 1000000; ++count) {
         processors += count % 2 == 0 ? ",{}" : ",0";
     }
-    TableHost host;
+    BlankHost host;
     host.document = processors + "]}";
     EXPECT_LE(SystemHardwareInspector(host).loadAllHardwareSections()[3].subCards.size(), 256U);
 }
