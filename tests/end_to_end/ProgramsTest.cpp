@@ -53,6 +53,7 @@ TEST(Programs, ExitCodes) {
         {{"set", "x", "1"}, 2, "FAN"},
         {{"set", "-1", "2000"}, 2, ""},
         {{"set", "0", "nan"}, 2, "nan"},
+        {{"set", "0", "2000x"}, 2, "2000x"},
         {{"key", "TC0"}, 2, "four characters"},
         {{"run", "--curve", "60:30"}, 2, "at least two points"},
         {{"run", "--curve", "60:30,"}, 2, "no point"},
@@ -61,6 +62,7 @@ TEST(Programs, ExitCodes) {
         {{"run", "--source", "cpu"}, 2, "cpu"},
         {{"run", "--profile", "silent", "--curve", "60:30,70:40"}, 2, "smartCurve"},
         {{"watch", "--count", "0"}, 2, "count"},
+        {{"watch", "--interval", "0"}, 2, "interval"},
         {{"watch", "--interval", "nan"}, 2, "interval"},
         {{"key", "ZZZZ"}, 1, "SMC-Schlüssel 'ZZZZ' wurde nicht gefunden."},
         {{"ping"}, 1, "Hintergrund-Helper nicht erreichbar (/var/run/com.ventaro.helper.sock)."},
@@ -99,6 +101,10 @@ TEST(Programs, WithoutASmcNothingIsInvented) {
         EXPECT_EQ(outcome.output, "");
         EXPECT_THAT(outcome.errors, HasSubstr("AppleSMC IOKit-Dienst wurde nicht gefunden."));
     }
+    const Outcome bad =
+        runProgram(folder.path(), {bin + "ventaroctl", "fans"}, {"VENTARO_MACHINE_ROOT=nowhere"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_THAT(bad.errors, HasSubstr("nowhere"));
 }
 
 TEST(Programs, AFullDiskIsNoSuccess) {
@@ -186,6 +192,18 @@ TEST(HelperProgram, KilledWithAFanForcedItComesBackAndTheFanStays) {
     EXPECT_THAT(readFile(machine.path("/var/log/launchd.log")), HasSubstr("signal 9"));
     EXPECT_THAT(readFile(machine.path("/var/log/com.ventaro.helper.log")),
                 HasSubstr("fan 0 forced"));
+}
+
+TEST(HelperProgram, AServiceThatComesBackIsFoundAgain) {
+    const SimulatedMachine machine;
+    ASSERT_EQ(machine.ctl({"set", "0", "3000"}).exitCode, 0);
+    machine.control({"fault", "service", "gone"});
+    EXPECT_EQ(machine.ctl({"auto"}).exitCode, 1) << "nothing was handed back";
+    const Outcome refused = machine.ctl({"set", "0", "3500"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("F0Tg"));
+    machine.control({"clear"});
+    EXPECT_EQ(machine.ctl({"set", "0", "3500"}).exitCode, 0);
 }
 
 TEST(HelperProgram, AHangingSmcStillGetsAnAnswerInTime) {
