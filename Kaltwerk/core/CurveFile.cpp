@@ -33,20 +33,29 @@ std::string readText(const std::filesystem::path& file) {
     return text;
 }
 
-double checked(const JsonObjectReader& object, const char* key, double least, double most,
-               const std::string& what) {
-    const double value = object.number(key);
+void check(double value, double least, double most, const std::string& what) {
     if (!(value >= least && value <= most) || value != std::round(value)) {
         throw CurveFileError(what + " muss eine ganze Zahl von " + formatWhole(least) + " bis " +
                              formatWhole(most) + " sein.");
     }
-    return value;
+}
+
+void check(const std::vector<CurvePoint>& points, const CurveLimits& limits) {
+    for (const CurvePoint& point : points) {
+        check(point.temperature, limits.coolest, limits.hottest, "Jede Temperatur (°C)");
+        check(point.speedPercent, 0, 100, "Jede Lüfterleistung (%)");
+    }
+    if (points.size() != storedCurveSize) {
+        throw CurveFileError("Eine Temperatur-Kurve hat genau vier Stützpunkte.");
+    }
 }
 
 } // namespace
 
-void writeCurveFile(const std::filesystem::path& file, const std::vector<CurvePoint>& points) {
+void writeCurveFile(const std::filesystem::path& file, const std::vector<CurvePoint>& points,
+                    const CurveLimits& limits) {
     constexpr mode_t mode = 0644;
+    check(points, limits);
     std::string text = "[";
     for (const CurvePoint& point : points) {
         text += text.size() > 1 ? ",\n " : "";
@@ -64,11 +73,7 @@ std::vector<CurvePoint> readCurveFile(const std::filesystem::path& file,
     std::vector<CurvePoint> points;
     try {
         for (const JsonObjectReader& object : readJsonObjects(text)) {
-            const double temperature = checked(object, "temperature", limits.coolest,
-                                               limits.hottest, "Jede Temperatur (°C)");
-            const double percent =
-                checked(object, "speedPercent", 0, 100, "Jede Lüfterleistung (%)");
-            points.emplace_back(temperature, percent);
+            points.emplace_back(object.number("temperature"), object.number("speedPercent"));
         }
     } catch (const DecodingError& error) {
         throw CurveFileError("Die Datei enthält keine Temperatur-Kurve. " +
@@ -76,9 +81,7 @@ std::vector<CurvePoint> readCurveFile(const std::filesystem::path& file,
                                   ? "Sie müsste eine Liste von Stützpunkten sein."
                                   : std::string(error.what())));
     }
-    if (points.size() != storedCurveSize) {
-        throw CurveFileError("Eine Temperatur-Kurve hat genau vier Stützpunkte.");
-    }
+    check(points, limits);
     return points;
 }
 

@@ -20,8 +20,10 @@ struct CurveLimits {
     double hottest;
 };
 
-/// Writes the points as JSON, in one piece or not at all. Throws FileError.
-void writeCurveFile(const std::filesystem::path& file, const std::vector<CurvePoint>& points);
+/// Writes the points as JSON, in one piece or not at all. Throws FileError, and CurveFileError for
+/// points that could not be read again.
+void writeCurveFile(const std::filesystem::path& file, const std::vector<CurvePoint>& points,
+                    const CurveLimits& limits);
 
 /// The points of a file that `writeCurveFile` or a person has written, with new identities: exactly
 /// four, within `limits` and 0 to 100 percent, in whole numbers. Throws CurveFileError.

@@ -127,10 +127,13 @@ TabTest {
         ];
     }
     function test_anEditEndsWithItsTab(row) {
+        click("Kurve aktivieren");
+        bench.requests();
         row.begin();
         view.selectedTab = DashboardTab.Settings;
         wait(0);
         compare(bench.savedCurve(), bench.curve());
+        compare(bench.requests().length, 2);
         verify(curve()[1][0] > 60);
         row.end();
         view.selectedTab = DashboardTab.SmartCurve;
@@ -159,17 +162,75 @@ TabTest {
         mouseRelease(view, to.x, to.y);
         compare(bench.requests(), ["set 0 3833", "set 1 3549"]); // 52.8 %
     }
-    function test_escapePutsAllBack() {
+    function test_aDragIsTakenBack_data() {
+        return [
+            { tag: "Escape", keys: () => keyClick(Qt.Key_Escape) },
+            { tag: "Escape elsewhere", keys: () => {
+                keyClick(Qt.Key_Tab);
+                keyClick(Qt.Key_Escape);
+            } },
+            { tag: "Ctrl+Z", keys: () => keyClick(Qt.Key_Z, Qt.ControlModifier) },
+        ];
+    }
+    function test_aDragIsTakenBack(row) {
         const from = place(60, 30);
+        bench.named(view, "Lüfterleistung Stützpunkt 1").forceActiveFocus();
+        keyClick(Qt.Key_End);
         mousePress(view, from.x, from.y);
+        const before = [[45, 100], [60, 30], [72, 60], [85, 100]];
         mouseMove(view, from.x + 200, from.y - 60);
-        verify(curve() !== standard);
-        keyClick(Qt.Key_Escape);
-        compare(curve(), standard);
+        verify(curve()[3][1] < 100);
+        row.keys();
+        compare(curve(), before);
         mouseMove(view, from.x + 220, from.y - 60);
         mouseRelease(view, from.x + 220, from.y - 60);
+        compare(curve(), before);
+        compare(bench.savedCurve(), bench.curve());
+    }
+    function test_undoEndsAnOpenEdit_data() {
+        const slider = "Temperatur Stützpunkt 2";
+        return [
+            { tag: "slider", focus: () => bench.named(view, slider), move: () => keyClick(Qt.Key_Right), rest: () => tryVerify(() => !bench.named(view, slider).isEditing), at: [61, 30] },
+            // Past its neighbour, so that its handle is made anew.
+            { tag: "key held", focus: () => handle(2, 60, 30), move: () => {
+                for (let step = 0; step < 3; ++step)
+                    keyPress(Qt.Key_Right, Qt.ShiftModifier);
+            }, rest: () => keyRelease(Qt.Key_Right, Qt.ShiftModifier), at: [75, 30] },
+        ];
+    }
+    function test_undoEndsAnOpenEdit(row) {
+        click("Kurve aktivieren");
+        row.focus().forceActiveFocus(Qt.TabFocusReason);
+        row.move();
+        row.rest();
+        compare(curve()[1], row.at);
+        row.move();
+        bench.requests();
+        keyClick(Qt.Key_Z, Qt.ControlModifier);
+        compare(curve()[1], row.at, "more than the open edit was undone");
+        compare(bench.requests().length, 2);
+        row.rest();
+        compare(bench.requests(), []);
+        keyClick(Qt.Key_Z, Qt.ControlModifier);
         compare(curve(), standard);
-        compare(bench.savedCurve().length, 0);
+        keyClick(Qt.Key_Z, Qt.ControlModifier | Qt.ShiftModifier);
+        compare(curve()[1], row.at);
+        keyClick(Qt.Key_Right);
+        compare(curve()[1], [row.at[0] + 1, 30], "the focus was lost");
+    }
+    function test_theFocusStaysWhereItCan() {
+        click("Standard-Kurve (45°C–85°C)");
+        handle(1, 45, 0).forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Up);
+        bench.named(view, "Rückgängig").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Space);
+        verify(bench.named(view, "Wiederholen").activeFocus);
+        keyClick(Qt.Key_Space);
+        verify(bench.named(view, "Rückgängig").activeFocus);
+        const slider = bench.named(view, "Temperatur Stützpunkt 1");
+        slider.forceActiveFocus(Qt.TabFocusReason);
+        click("Standard-Kurve (45°C–85°C)");
+        compare(bench.named(view, "Temperatur Stützpunkt 1"), slider);
     }
     function test_keysMoveAPoint() {
         handle(2, 60, 30).forceActiveFocus(Qt.TabFocusReason);

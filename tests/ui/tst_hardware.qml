@@ -106,6 +106,21 @@ TabTest {
         chooseFromMenu(bench.named(view, "Hersteller: Apple Inc."), "Wert kopieren");
         compare(bench.clipboard(), "Apple Inc.");
     }
+    function test_aRowThatGoesWithItsMenuOpen() {
+        bench.runTasks();
+        waitForRendering(view, 300);
+        const value = bench.named(view, serial);
+        mouseClick(value, value.width - 10, 6);
+        mouseClick(value, value.width - 10, 6, Qt.RightButton);
+        tryVerify(() => bench.named(window, "Befehle"));
+        bench.setProfile("{}");
+        bench.viewModel.refreshHardwareSpecs();
+        bench.runTasks();
+        tryVerify(() => !bench.named(window, "Befehle"));
+        keyClick(Qt.Key_End);
+        const page = bench.scrollPage(view);
+        compare(page.contentY, page.maximumY);
+    }
     function test_keysReachEveryValue() {
         bench.runTasks();
         bench.named(view, "Aktualisieren").forceActiveFocus(Qt.TabFocusReason);

@@ -102,6 +102,10 @@ TabTest {
             { tag: "typing", use: () => keyClick("t") },
             { tag: "Escape", filter: "tc0", use: () => keyClick(Qt.Key_Escape) },
             { tag: "button", filter: "tc0", use: () => click("Filter löschen") },
+            { tag: "Escape on the button", filter: "tc0", use: () => {
+                keyClick(Qt.Key_Tab);
+                keyClick(Qt.Key_Escape);
+            } },
         ];
     }
     function test_theFieldInUseIsSeen(row) {

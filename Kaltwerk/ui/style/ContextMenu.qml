@@ -8,16 +8,23 @@ T.Menu {
 
     /// What had the focus before, and gets it back.
     property Item focusBefore
+    /// The page that the menu belongs to.
+    property ScrollPage page
 
-    function giveFocusBack() {
-        let around = focusBefore;
+    function rememberFocus() {
+        focusBefore = parent.Window.activeFocusItem;
+        let around = parent;
         while (around && !(around instanceof ScrollPage))
             around = around.parent;
-        const page = around as ScrollPage;
+        page = around as ScrollPage;
+    }
+    function giveFocusBack() {
         // The eye is where the menu was.
         if (page)
             page.followsFocus = false;
-        focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        // What had it may have gone meanwhile.
+        const heir = focusBefore?.Window.window ? focusBefore : page;
+        heir?.forceActiveFocus(Qt.PopupFocusReason);
         if (page)
             page.followsFocus = true;
     }
@@ -27,11 +34,8 @@ T.Menu {
     padding: 4
     margins: 4
     Component.onCompleted: contentItem.parent.Accessible.name = "Befehle"
-    onAboutToShow: focusBefore = parent.Window.activeFocusItem
-    onClosed: {
-        if (focusBefore)
-            giveFocusBack();
-    }
+    onAboutToShow: rememberFocus()
+    onClosed: giveFocusBack()
 
     delegate: ContextMenuItem {}
     contentItem: ListView {

@@ -16,8 +16,12 @@ FocusableItem {
 
     /// The user asks for another value.
     signal moved(real newValue)
-    /// The user is done: the pointer is released, or no key has come for a while.
+    /// The user is done: the pointer is released, no key has come for a while, or the slider has
+    /// lost the focus or goes. Once for everything since `isEditing`.
     signal released
+
+    /// Whether the user is at it.
+    property bool isEditing: false
 
     readonly property real range: to - from
     readonly property real position: range > 0 ? Math.min(Math.max((value - from) / range, 0), 1) : 0
@@ -44,13 +48,17 @@ FocusableItem {
     }
     /// One or more steps on, without leaving the grid by it.
     function stepBy(steps: int) {
-        ask(value + steps * (stepSize > 0 ? stepSize : range / 100));
+        goTo(value + steps * (stepSize > 0 ? stepSize : range / 100));
+    }
+    function goTo(wanted: real) {
+        isEditing = true;
+        ask(wanted);
         rest.restart();
     }
-    /// Does not wait for another key.
-    function endRest() {
-        if (rest.running) {
-            rest.stop();
+    function end() {
+        rest.stop();
+        if (isEditing) {
+            isEditing = false;
             released();
         }
     }
@@ -87,12 +95,10 @@ FocusableItem {
             slider.stepBy(page);
             break;
         case Qt.Key_Home:
-            slider.ask(slider.from);
-            rest.restart();
+            slider.goTo(slider.from);
             break;
         case Qt.Key_End:
-            slider.ask(slider.to);
-            rest.restart();
+            slider.goTo(slider.to);
             break;
         default:
             return;
@@ -100,23 +106,17 @@ FocusableItem {
         event.accepted = true;
     }
 
-    // A slider that goes in the middle of an edit, with its tab, ends it; and it does not wait with
-    // that until the next control is being used.
-    Component.onDestruction: {
-        endRest();
-        if (pointer.pressed)
-            released();
-    }
+    Component.onDestruction: end()
     onActiveFocusChanged: {
-        if (!activeFocus)
-            endRest();
+        if (rest.running)
+            end();
     }
 
     Timer {
         id: rest
 
         interval: 400
-        onTriggered: slider.released()
+        onTriggered: slider.end()
     }
 
     Rectangle {
@@ -191,6 +191,7 @@ FocusableItem {
         onPressed: mouse => {
             slider.takeFocusByMouse();
             rest.stop();
+            slider.isEditing = true;
             const offset = mouse.x - knob.x - knob.width / 2;
             const isOnKnob = Math.abs(offset) <= knob.width / 2;
             grip = isOnKnob ? offset : 0;
@@ -199,8 +200,8 @@ FocusableItem {
                 follow(mouse.x);
         }
         onPositionChanged: mouse => follow(mouse.x)
-        onReleased: slider.released()
-        onCanceled: slider.released()
+        onReleased: slider.end()
+        onCanceled: slider.end()
         onWheel: wheel => {
             if (!slider.activeFocus) {
                 wheel.accepted = false;

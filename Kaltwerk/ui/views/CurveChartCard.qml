@@ -13,21 +13,9 @@ Card {
     readonly property real lowest: 30
     readonly property real highest: 100
     readonly property real ceiling: 105
-    /// Whether a key that has moved a point is still down.
-    property bool isMovedByKey: false
-
-    function moveByKey(row: int, celsius: real, percent: real) {
-        // The point may pass another one, and its handle be made anew.
-        isMovedByKey = false;
-        curve.movePoint(row, celsius, percent);
-        handles.itemOf(row)?.forceActiveFocus(Qt.TabFocusReason);
-        isMovedByKey = true;
-    }
-    function endKey() {
-        if (isMovedByKey) {
-            isMovedByKey = false;
-            curve.endEdit();
-        }
+    /// Puts the points back that are being dragged; whether any are.
+    function cancelDrag(): bool {
+        return pointer.cancel();
     }
 
     Label {
@@ -256,6 +244,12 @@ Card {
         Repeater {
             id: handles
 
+            /// Whether a key that has moved a point is still down.
+            property bool isMovedByKey: false
+            /// The point whose handle has gone with the focus, else -1; and whether that showed it.
+            property int focusedRow: -1
+            property bool showsFocus: false
+
             model: card.curve.sortedRows
 
             CurvePointHandle {
@@ -274,10 +268,40 @@ Card {
                 z: isHovered || isDragged || activeFocus ? 1 : 0
                 isHovered: pointer.containsMouse && !pointer.isDragging && pointer.row === row
                 isDragged: pointer.isDragging && pointer.row === row
-                onMovedByKey: (degrees, percent) => card.moveByKey(row, handle.temperature + degrees, handle.percent + percent)
-                onKeyEnded: card.endKey()
+                onMovedByKey: (degrees, percent) => handles.moveByKey(row, handle.temperature + degrees, handle.percent + percent)
+                onKeyEnded: handles.endKey()
+            }
+            // A point that passes another one gets a new handle.
+            onItemRemoved: (_, item) => {
+                const handle = item as CurvePointHandle;
+                if (handle.activeFocus) {
+                    focusedRow = handle.row;
+                    showsFocus = handle.showsFocus;
+                }
+            }
+            onItemAdded: (_, item) => {
+                const handle = item as CurvePointHandle;
+                if (handle.row !== focusedRow)
+                    return;
+                focusedRow = -1;
+                if (showsFocus)
+                    handle.forceActiveFocus(Qt.TabFocusReason);
+                else
+                    handle.takeFocusByMouse();
             }
 
+            function moveByKey(row: int, celsius: real, percent: real) {
+                // The handle may go by it.
+                isMovedByKey = false;
+                card.curve.movePoint(row, celsius, percent);
+                isMovedByKey = true;
+            }
+            function endKey() {
+                if (isMovedByKey) {
+                    isMovedByKey = false;
+                    card.curve.endEdit();
+                }
+            }
             function itemOf(row: int): CurvePointHandle {
                 for (let rank = 0; rank < count; ++rank) {
                     const candidate = itemAt(rank) as CurvePointHandle;
@@ -305,6 +329,14 @@ Card {
                     card.curve.endEdit();
                 }
                 handles.itemOf(row)?.takeFocusByMouse();
+            }
+            function cancel(): bool {
+                const wasDragging = isDragging;
+                isDragging = false;
+                isCancelled = pressed;
+                if (wasDragging)
+                    card.curve.cancelEdit();
+                return wasDragging;
             }
 
             anchors.fill: parent
@@ -334,14 +366,11 @@ Card {
             }
             onReleased: end()
             onCanceled: end()
-            Keys.onEscapePressed: event => {
-                event.accepted = pressed;
-                isCancelled = pressed;
-                if (isDragging) {
-                    isDragging = false;
-                    card.curve.cancelEdit();
-                }
-            }
+        }
+        Shortcut {
+            sequence: "Escape"
+            enabled: pointer.pressed
+            onActivated: pointer.cancel()
         }
     }
 }

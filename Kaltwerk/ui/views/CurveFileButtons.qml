@@ -18,15 +18,28 @@ Column {
         Row {
             spacing: 6
 
+            // One that has nothing left to do leaves the focus to the other.
             PushButton {
+                id: undo
+
                 text: "Rückgängig"
                 enabled: buttons.curve.canUndo
                 onClicked: buttons.curve.undo()
+                onEnabledChanged: {
+                    if (!enabled && focus)
+                        redo.forceActiveFocus(Qt.OtherFocusReason);
+                }
             }
             PushButton {
+                id: redo
+
                 text: "Wiederholen"
                 enabled: buttons.curve.canRedo
                 onClicked: buttons.curve.redo()
+                onEnabledChanged: {
+                    if (!enabled && focus)
+                        undo.forceActiveFocus(Qt.OtherFocusReason);
+                }
             }
         }
         Row {

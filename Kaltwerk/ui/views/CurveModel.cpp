@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace ventaro {
 
@@ -47,10 +48,7 @@ void CurveModel::follow(FanControllerViewModel& viewModel) {
 
 void CurveModel::update() {
     const Curve& points = viewModel()->curvePoints();
-    const bool samePoints =
-        std::equal(points.begin(), points.end(), points_.begin(), points_.end(),
-                   [](const CurvePoint& a, const CurvePoint& b) { return a.id == b.id; });
-    if (!samePoints) {
+    if (points.size() != points_.size()) {
         beginResetModel();
         points_ = points;
         endResetModel();
@@ -186,34 +184,34 @@ void CurveModel::beginEdit() {
     }
 }
 
-void CurveModel::endEdit() {
+bool CurveModel::closeEdit() {
     constexpr std::size_t mostEdits = 100;
-    if (editedFrom_ && !isSameLine(*editedFrom_, points_)) {
-        undo_.push_back(*std::move(editedFrom_));
+    // Closed before anybody hears of it: a control that loses the focus by it ends its edit, too.
+    const auto before = std::exchange(editedFrom_, std::nullopt);
+    if (before && !isSameLine(*before, points_)) {
+        undo_.push_back(*before);
         if (undo_.size() > mostEdits) {
             undo_.erase(undo_.begin());
         }
         redo_.clear();
         Q_EMIT editsChanged();
     }
-    editedFrom_.reset();
-    apply();
+    return before.has_value();
 }
 
-void CurveModel::endOpenEdit() {
-    if (editedFrom_) {
-        endEdit();
+void CurveModel::endEdit() {
+    if (closeEdit()) {
+        apply();
     }
 }
 
 void CurveModel::cancelEdit() {
-    if (!editedFrom_) {
+    const auto before = std::exchange(editedFrom_, std::nullopt);
+    if (!before || isSameLine(*before, points_)) {
         return;
     }
-    const bool hasMoved = !isSameLine(*editedFrom_, points_);
-    viewModel()->setCurvePoints(*std::move(editedFrom_));
-    editedFrom_.reset();
-    if (hasMoved && isActive()) {
+    viewModel()->setCurvePoints(*before);
+    if (isActive()) {
         // A tick in between may have applied what is now taken back.
         viewModel()->applySmartCurveStep(false);
     }
@@ -227,13 +225,22 @@ void CurveModel::apply() {
     }
 }
 
-void CurveModel::reset() {
+void CurveModel::replace(Curve points) {
+    closeEdit();
     beginEdit();
-    viewModel()->setCurvePoints(defaultCurve());
+    viewModel()->setCurvePoints(std::move(points));
     endEdit();
 }
 
-void CurveModel::replace(Curve points, std::vector<Curve>& from, std::vector<Curve>& to) {
+void CurveModel::reset() { replace(defaultCurve()); }
+
+void CurveModel::step(std::vector<Curve>& from, std::vector<Curve>& to) {
+    // What is being edited counts as an edit of its own.
+    closeEdit();
+    if (from.empty()) {
+        return;
+    }
+    Curve points = std::move(from.back());
     from.pop_back();
     to.push_back(points_);
     viewModel()->setCurvePoints(std::move(points));
@@ -241,19 +248,9 @@ void CurveModel::replace(Curve points, std::vector<Curve>& from, std::vector<Cur
     apply();
 }
 
-void CurveModel::undo() {
-    cancelEdit();
-    if (canUndo()) {
-        replace(undo_.back(), undo_, redo_);
-    }
-}
+void CurveModel::undo() { step(undo_, redo_); }
 
-void CurveModel::redo() {
-    cancelEdit();
-    if (canRedo()) {
-        replace(redo_.back(), redo_, undo_);
-    }
-}
+void CurveModel::redo() { step(redo_, undo_); }
 
 void CurveModel::chooseSource(int row) {
     if (row < 0 || row >= static_cast<int>(allCurveSensorSources.size()) || row == source()) {
@@ -274,7 +271,8 @@ void CurveModel::setProblem(const QString& problem) {
 
 void CurveModel::exportTo(const QUrl& file) {
     try {
-        writeCurveFile(file.toLocalFile().toStdString(), points_);
+        writeCurveFile(file.toLocalFile().toStdString(), points_,
+                       {minimumTemperature, maximumTemperature});
         setProblem({});
     } catch (const std::exception& error) {
         setProblem(QString::fromUtf8(error.what()));
@@ -283,12 +281,8 @@ void CurveModel::exportTo(const QUrl& file) {
 
 void CurveModel::importFrom(const QUrl& file) {
     try {
-        Curve points = readCurveFile(file.toLocalFile().toStdString(),
-                                     {minimumTemperature, maximumTemperature});
-        cancelEdit();
-        beginEdit();
-        viewModel()->setCurvePoints(std::move(points));
-        endEdit();
+        replace(readCurveFile(file.toLocalFile().toStdString(),
+                              {minimumTemperature, maximumTemperature}));
     } catch (const std::exception& error) {
         setProblem(QString::fromUtf8(error.what()));
     }

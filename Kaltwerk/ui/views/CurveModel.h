@@ -70,15 +70,14 @@ public:
 
     /// An edit that changes points in several steps begins; again while it lasts does nothing.
     Q_INVOKABLE void beginEdit();
-    /// Saves and, in the curve's profile, applies what has been changed.
+    /// Saves and, in the curve's profile, applies what the edit has made, if one lasts.
     Q_INVOKABLE void endEdit();
-    /// The same if an edit lasts.
-    Q_INVOKABLE void endOpenEdit();
-    /// Puts all points back to where they were when the edit began.
+    /// Puts all points back to where they were when the edit began, if one lasts.
     Q_INVOKABLE void cancelEdit();
 
     /// The curve of a first start.
     Q_INVOKABLE void reset();
+    /// One edit back, or forward again; an edit that lasts ends with it.
     Q_INVOKABLE void undo();
     Q_INVOKABLE void redo();
     Q_INVOKABLE void chooseSource(int row);
@@ -108,7 +107,10 @@ private:
     static constexpr double percentStep = 5;
 
     void update();
-    void replace(Curve points, std::vector<Curve>& from, std::vector<Curve>& to);
+    /// Keeps the edit that lasts as one to be undone; whether one lasted.
+    bool closeEdit();
+    void replace(Curve points);
+    void step(std::vector<Curve>& from, std::vector<Curve>& to);
     void apply();
     void setProblem(const QString& problem);
     double speed(int fan, double percent) const;

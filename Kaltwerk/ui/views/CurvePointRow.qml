@@ -50,8 +50,9 @@ Rectangle {
         to: row.curve.maximumTemperature
         stepSize: 1
         value: row.temperature
+        onBegun: row.curve.beginEdit()
         onMoved: value => row.curve.movePoint(row.index, value, row.percent)
-        onReleased: row.curve.endEdit()
+        onEnded: row.curve.endEdit()
         onUndoAsked: row.curve.undo()
         onRedoAsked: row.curve.redo()
     }
@@ -68,8 +69,9 @@ Rectangle {
         to: 100
         stepSize: row.curve.percentStep
         value: row.percent
+        onBegun: row.curve.beginEdit()
         onMoved: value => row.curve.movePoint(row.index, row.temperature, value)
-        onReleased: row.curve.endEdit()
+        onEnded: row.curve.endEdit()
         onUndoAsked: row.curve.undo()
         onRedoAsked: row.curve.redo()
     }

@@ -14,8 +14,10 @@ Item {
     property alias stepSize: slider.stepSize
     property real value
 
+    /// An edit begins, changes the value, and ends.
+    signal begun
     signal moved(real value)
-    signal released
+    signal ended
     signal undoAsked
     signal redoAsked
 
@@ -40,7 +42,7 @@ Item {
         valueText: NumberText.whole(value) + control.unit
         Accessible.name: control.name
         onMoved: value => control.moved(value)
-        onReleased: control.released()
+        onIsEditingChanged: slider.isEditing ? control.begun() : control.ended()
     }
     NumberField {
         id: field
@@ -54,8 +56,9 @@ Item {
         to: control.to
         Accessible.name: control.name + " eintippen"
         onEntered: value => {
+            control.begun();
             control.moved(value);
-            control.released();
+            control.ended();
         }
         onUndoAsked: control.undoAsked()
         onRedoAsked: control.redoAsked()

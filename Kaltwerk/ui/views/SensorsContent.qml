@@ -49,7 +49,7 @@ Column {
         sequence: "Escape"
         enabled: content.searchText !== "" && !menu.visible
         onActivated: {
-            if (field.activeFocus)
+            if (field.activeFocus || clear.activeFocus)
                 content.fieldNeeded();
             content.searchTextEdited("");
         }
@@ -118,6 +118,8 @@ Column {
             }
 
             IconButton {
+                id: clear
+
                 anchors.right: parent.right
                 anchors.rightMargin: 3
                 anchors.verticalCenter: parent.verticalCenter
@@ -125,9 +127,12 @@ Column {
                 symbol: "xmark"
                 text: "Filter löschen"
                 onClicked: {
-                    field.forceActiveFocus(Qt.OtherFocusReason);
-                    content.fieldNeeded();
                     content.searchTextEdited("");
+                    content.fieldNeeded();
+                }
+                onVisibleChanged: {
+                    if (!visible && focus)
+                        field.forceActiveFocus(Qt.OtherFocusReason);
                 }
             }
         }

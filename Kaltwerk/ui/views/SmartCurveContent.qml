@@ -17,11 +17,14 @@ Column {
 
     spacing: 14
     // A tab that goes in the middle of an edit ends it.
-    Component.onDestruction: curve?.endOpenEdit()
+    Component.onDestruction: curve?.endEdit()
 
     Shortcut {
         sequences: ["Ctrl+Z"]
-        onActivated: content.curve.undo()
+        onActivated: {
+            if (!chart.cancelDrag())
+                content.curve.undo();
+        }
     }
     Shortcut {
         sequences: ["Ctrl+Shift+Z", "Ctrl+Y"]
