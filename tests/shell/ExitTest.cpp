@@ -97,18 +97,23 @@ TEST_F(ExitTest, FailuresFromTheStatusItemReachTheUser) {
             EXPECT_EQ(told_.size(), static_cast<std::size_t>(time));
         }
         EXPECT_EQ(told_.back(), "geht nicht");
+        Q_EMIT app.popover().actionStarted();
+        app.viewModel().installHelper(); // which says first that somebody is being asked
+        settle();
+        EXPECT_EQ(told_.size(), 3U);
+        EXPECT_EQ(told_.back(), app.viewModel().statusMessage());
 
         choose(app, "Dashboard");
         ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
         Q_EMIT app.popover().actionStarted();
         app.viewModel().selectProfile(ControlProfile::systemAuto);
         settle();
-        EXPECT_EQ(told_.size(), 2U) << "the dashboard shows it";
+        EXPECT_EQ(told_.size(), 3U) << "the dashboard shows it";
         app.shell().dashboard()->window().showMinimized();
         ASSERT_TRUE(processUntil([&] { return !app.shell().isDashboardReadable(); }));
         choose(app, "Leise");
         settle();
-        EXPECT_EQ(told_.size(), 3U) << "nobody can read it in the task bar";
+        EXPECT_EQ(told_.size(), 4U) << "nobody can read it in the task bar";
     });
 }
 

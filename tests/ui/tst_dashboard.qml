@@ -67,11 +67,36 @@ TabTest {
         dismiss.forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Space);
         verify(!bench.viewModel.hasStatusMessage);
-        verify(!dismiss.activeFocus, "the focus went with the banner");
+        verify(bench.scrollPage(view).activeFocus, "the focus went with the banner");
 
+        button.forceActiveFocus(Qt.TabFocusReason);
         bench.setHelperAnswers(true);
+        keyClick(Qt.Key_Space);
+        verify(!bench.viewModel.isInstallingHelper, "by a button that is going");
         bench.setConflict(false);
         tryVerify(() => title.mapToItem(view, 0, 0).y === top);
+    }
+
+    Window {
+        id: other
+
+        transientParent: null
+    }
+    function test_thePageStaysWhileTheWindowIsAway() {
+        const page = bench.scrollPage(view);
+        click("macOS-Auto");
+        view.width = 620;
+        view.height = 480;
+        page.scrollBy(100);
+        other.visible = true;
+        other.requestActivate();
+        tryVerify(() => !test.Window.window.activeFocusItem);
+        other.visible = false;
+        test.Window.window.requestActivate();
+        tryVerify(() => bench.named(view, "macOS-Auto").activeFocus);
+        compare(page.contentY, 100);
+        bench.named(view, "Lüfter synchron (%)").forceActiveFocus(Qt.TabFocusReason);
+        verify(page.contentY < 100);
     }
 
     function test_tabs() {

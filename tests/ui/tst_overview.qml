@@ -103,6 +103,16 @@ TabTest {
         fuzzyCompare(bench.viewModel.manualRPMFan0, 2150 + 20 * perPoint, 50);
         mouseRelease(slider, knob + 15, 11);
     }
+    function test_aKeyWithinADragDoesNotEndIt() {
+        const slider = bench.named(view, leftSlider);
+        mousePress(slider, placeOf(slider, 2150), 11);
+        keyClick(Qt.Key_Right);
+        bench.named(view, rightSlider).forceActiveFocus(Qt.TabFocusReason);
+        compare(bench.requests(), []);
+        mouseMove(slider, slider.width + 50, 11);
+        mouseRelease(slider, slider.width + 50, 11);
+        compare(bench.requests(), ["set 0 5616", "set 1 2040"]);
+    }
     function test_linkedFansGetTheSameShare() {
         click("Lüfter synchron (%)");
         verify(bench.viewModel.linkFansInManualMode);

@@ -119,6 +119,49 @@ TestCase {
         compare(line.nearest(Number(row.tag)).x, row.x);
     }
 
+    PushButton {
+        id: button
+
+        y: 150
+        text: "Weiter"
+
+        FocusRing {
+            id: ring
+
+            control: button
+        }
+    }
+    Window {
+        id: other
+
+        transientParent: null
+    }
+    function test_theRingTellsWhoBroughtTheFocus() {
+        const leaveAndReturn = () => {
+            other.visible = true;
+            other.requestActivate();
+            tryVerify(() => !ring.visible && !button.activeFocus);
+            other.visible = false;
+            test.Window.window.requestActivate();
+            tryVerify(() => button.activeFocus);
+        };
+        button.forceActiveFocus(Qt.TabFocusReason);
+        verify(ring.visible);
+        leaveAndReturn();
+        verify(ring.visible);
+        slider.takeFocusByMouse();
+        mouseClick(button);
+        verify(button.activeFocus && !ring.visible);
+        leaveAndReturn();
+        verify(!ring.visible);
+        slider.takeFocusByMouse();
+        verify(!slider.showsFocus);
+        slider.forceActiveFocus(Qt.TabFocusReason);
+        button.forceActiveFocus(Qt.TabFocusReason);
+        slider.forceActiveFocus(Qt.BacktabFocusReason);
+        verify(slider.showsFocus && !ring.visible);
+    }
+
     TestBench {
         id: bench
     }

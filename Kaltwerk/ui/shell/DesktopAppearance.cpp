@@ -27,7 +27,6 @@ const QString animationsKey = QStringLiteral("enable-animations");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 constexpr uint highContrast = 1;
-constexpr int answerMilliseconds = 2000;
 
 /// A value as older portals wrap it: in one variant more.
 QVariant unwrapped(QVariant value) {
@@ -63,8 +62,8 @@ void DesktopAppearance::ask(const QString& group, const QString& key) {
     auto question =
         QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("Read"));
     question << group << key;
-    auto* answer = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), this);
+    auto* answer =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, group, key] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         if (reply.isValid()) {

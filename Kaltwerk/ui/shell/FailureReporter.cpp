@@ -53,11 +53,13 @@ void FailureReporter::statusChanges() {
 
 void FailureReporter::judge() {
     isJudging_ = false;
-    if (!controller_.hasStatusMessage() || !std::exchange(isWaiting_, false)) {
+    // Until something fails: a message may only say that an action has begun.
+    const bool hasFailed = controller_.hasStatusMessage() && controller_.isErrorStatus();
+    if (!hasFailed || !std::exchange(isWaiting_, false)) {
         return;
     }
     const bool isOwn = controller_.isInstallingHelper() || Clock::now() <= deadline_;
-    if (isOwn && controller_.isErrorStatus() && !isStatusLineVisible_()) {
+    if (isOwn && !isStatusLineVisible_()) {
         tell_(QString::fromStdString(*controller_.statusMessage()));
     }
 }

@@ -44,6 +44,7 @@ StatusItemWindow::StatusItemWindow() : font_(labelFont()) {
     setTitle(QStringLiteral("Lüfterstatus"));
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(&Appearance::shared(), &Appearance::darkChanged, this, [this] { update(); });
+    connect(this, &QWindow::screenChanged, this, [this] { stayOnScreen(); });
 }
 
 void StatusItemWindow::setText(const QString& text) {
@@ -60,10 +61,15 @@ void StatusItemWindow::appear() {
     fit();
     setPosition(available.right() + 1 - width() - distanceFromEdge,
                 available.top() + distanceFromEdge);
-    connect(screen(), &QScreen::availableGeometryChanged, this, &StatusItemWindow::fit,
-            Qt::UniqueConnection);
+    stayOnScreen();
     markAsUtilityWindow(*this);
     show();
+}
+
+void StatusItemWindow::stayOnScreen() {
+    connect(screen(), &QScreen::availableGeometryChanged, this, &StatusItemWindow::fit,
+            Qt::UniqueConnection);
+    fit();
 }
 
 void StatusItemWindow::fit() {

@@ -43,6 +43,7 @@ protected:
 private:
     /// Fits the text, with the right edge where it is, inside the screen.
     void fit();
+    void stayOnScreen();
 
     const QFont font_;
     QString text_;

@@ -13,7 +13,7 @@ namespace {
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
-constexpr int answerMilliseconds = 2000;
+constexpr int answerMilliseconds = 2000; ///< then it counts as none, until the answer comes
 
 } // namespace
 
@@ -42,18 +42,24 @@ TrayKind TrayWatch::kind() const {
     return x11_.isPresent() && only_ != TrayKind::notifier ? TrayKind::x11 : TrayKind::none;
 }
 
-void TrayWatch::askWatcher() {
+void TrayWatch::askWatcher() { ask(answerMilliseconds); }
+
+void TrayWatch::ask(int milliseconds) {
     auto question = QDBusMessage::createMethodCall(
         watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), this);
+        QDBusConnection::sessionBus().asyncCall(question, milliseconds), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
         setHost(reply.isValid() && reply.value().variant().toBool());
+        if (reply.error().type() == QDBusError::NoReply) {
+            constexpr int asLongAsTheBusWaits = -1;
+            ask(asLongAsTheBusWaits);
+        }
     });
 }
 

@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 private:
     Q_SLOT void askWatcher();
+    void ask(int milliseconds);
     void setHost(bool isRegistered);
 
     X11SystemTray x11_;

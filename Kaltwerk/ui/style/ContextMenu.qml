@@ -36,6 +36,11 @@ T.Menu {
     Component.onCompleted: contentItem.parent.Accessible.name = "Befehle"
     onAboutToShow: rememberFocus()
     onClosed: giveFocusBack()
+    // A page may go with its menu open, and the focus with both.
+    Component.onDestruction: {
+        if (visible)
+            page?.forceActiveFocus(Qt.PopupFocusReason);
+    }
 
     delegate: ContextMenuItem {}
     contentItem: ListView {

@@ -1,15 +1,16 @@
 import QtQuick
 
-/// An item that takes the keyboard's focus, and shows it unless the mouse has brought it.
+/// An item that takes the keyboard's focus, and shows it unless the mouse has brought it. A window
+/// that goes to the back and returns changes nothing about that.
 Item {
     readonly property bool showsFocus: activeFocus && !isFocusedByMouse
     property bool isFocusedByMouse: false
 
     function takeFocusByMouse() {
-        isFocusedByMouse = true;
         forceActiveFocus(Qt.MouseFocusReason);
+        isFocusedByMouse = focus;
     }
 
     activeFocusOnTab: true
-    onActiveFocusChanged: isFocusedByMouse = isFocusedByMouse && activeFocus
+    onFocusChanged: isFocusedByMouse = isFocusedByMouse && focus
 }

@@ -26,7 +26,7 @@ T.Button {
 
         FocusRing {
             around: parent.radius
-            visible: button.visualFocus
+            control: button
         }
     }
     contentItem: Item {

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Ventaro.Style
 
-/// A button with a text, a symbol, or both. Busy, it keeps its width and its focus and does
-/// nothing.
+/// A button with a text, a symbol, or both. Busy, it keeps its width and does nothing, and has its
+/// focus again afterwards.
 T.Button {
     id: button
 
@@ -73,7 +73,7 @@ T.Button {
 
         FocusRing {
             around: parent.radius
-            visible: button.visualFocus
+            control: button
         }
     }
     contentItem: Item {

@@ -8,6 +8,9 @@ Flickable {
 
     /// Whether what gets the focus comes into view.
     property bool followsFocus: true
+    /// What has come into view last for its focus. A window that returns to the front, and a button
+    /// that is enabled again, get the focus back, but the page stays where it is.
+    property Item lastFocus
     readonly property real maximumY: Math.max(contentHeight - height, 0)
 
     function scrollBy(distance: real) {
@@ -22,6 +25,14 @@ Flickable {
             scrollBy(top - contentY);
         else if (bottom > contentY + height)
             scrollBy(bottom - contentY - height);
+    }
+    /// Whether the page lies in `item`, which has the focus as long as no control has it.
+    function isWithin(item: Item): bool {
+        for (let around = page.parent; around; around = around.parent) {
+            if (around === item)
+                return true;
+        }
+        return false;
     }
     /// Brings what has the focus into view, if it lies on the page.
     function revealFocus() {
@@ -69,6 +80,10 @@ Flickable {
     Connections {
         target: page.Window.window
         function onActiveFocusItemChanged() {
+            const item = page.Window.activeFocusItem;
+            if (!item || item === page.lastFocus || page.isWithin(item))
+                return;
+            page.lastFocus = item;
             // What has just been pressed stays under the pointer.
             if (page.followsFocus && !MouseButtons.arePressed())
                 page.revealFocus();

@@ -53,7 +53,9 @@ FocusableItem {
     function goTo(wanted: real) {
         isEditing = true;
         ask(wanted);
-        rest.restart();
+        // A pointer that holds the knob ends the edit itself.
+        if (!pointer.pressed)
+            rest.restart();
     }
     function end() {
         rest.stop();

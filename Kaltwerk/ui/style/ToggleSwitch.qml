@@ -40,7 +40,7 @@ T.CheckBox {
 
         FocusRing {
             around: parent.radius
-            visible: toggle.visualFocus
+            control: toggle
         }
     }
     contentItem: Item {

@@ -23,6 +23,7 @@ Item {
     height: shown ? fullHeight : 0
     opacity: shown ? 1 : 0
     visible: height > 0
+    enabled: shown
     clip: height < fullHeight
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text

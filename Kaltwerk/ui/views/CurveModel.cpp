@@ -236,8 +236,11 @@ void CurveModel::reset() { replace(defaultCurve()); }
 
 void CurveModel::step(std::vector<Curve>& from, std::vector<Curve>& to) {
     // What is being edited counts as an edit of its own.
-    closeEdit();
+    const bool wasOpen = closeEdit();
     if (from.empty()) {
+        if (wasOpen) {
+            apply();
+        }
         return;
     }
     Curve points = std::move(from.back());

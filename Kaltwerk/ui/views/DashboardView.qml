@@ -133,6 +133,8 @@ FocusScope {
 
                     width: parent.width
                     viewModel: dashboard.viewModel
+                    // What comes next must not be done by a key meant for the banner.
+                    onFocusDropped: page.forceActiveFocus()
                 }
                 // One tab at a time. A Loader cannot make what is bound to its surroundings, Qt 6.4.
                 Repeater {

@@ -59,7 +59,7 @@ Item {
         activeFocusOnTab: row.isFirst
         Accessible.name: row.label + ": " + text
         Accessible.focusable: true
-        onActiveFocusChanged: isFocusedByMouse = MouseButtons.arePressed()
+        onFocusChanged: isFocusedByMouse = focus && MouseButtons.arePressed()
         Keys.onUpPressed: row.moveRequested(-1)
         Keys.onDownPressed: row.moveRequested(1)
         Keys.onMenuPressed: row.menuRequested(textToCopy, Qt.point(x + width - contentWidth, height))

@@ -110,7 +110,7 @@ FocusScope {
             width: parent.width
             height: 34
             visible: !popover.viewModel.isHelperInstalled
-            enabled: !popover.viewModel.isInstallingHelper
+            enabled: visible && !popover.viewModel.isInstallingHelper
             text: "Root-Helper einmalig aktivieren"
             hoverEnabled: true
             focusPolicy: Qt.StrongFocus
@@ -130,7 +130,7 @@ FocusScope {
 
                 FocusRing {
                     around: parent.radius
-                    visible: activate.visualFocus
+                    control: activate
                 }
             }
             contentItem: Item {
@@ -300,7 +300,7 @@ FocusScope {
 
                             FocusRing {
                                 around: parent.radius
-                                visible: choice.visualFocus
+                                control: choice
                             }
                         }
                         contentItem: Item {

@@ -31,7 +31,7 @@ ChoiceButton {
         }
         FocusRing {
             around: parent.radius
-            visible: card.visualFocus
+            control: card
         }
     }
     contentItem: Item {

@@ -8,12 +8,8 @@ Column {
 
     required property FanControllerViewModel viewModel
 
-    /// The focus stays near when the control that has it goes.
-    function passFocusOn() {
-        const next = dismiss.nextItemInFocusChain(true);
-        if (next)
-            next.forceActiveFocus(Qt.OtherFocusReason);
-    }
+    /// The control that has the focus is about to go.
+    signal focusDropped
 
     bottomPadding: missing.shown || conflict.shown || message.shown ? 6 : 0
 
@@ -88,7 +84,7 @@ Column {
             text: "Meldung schließen"
             onClicked: {
                 if (activeFocus)
-                    banners.passFocusOn();
+                    banners.focusDropped();
                 banners.viewModel.dismissStatusMessage();
             }
         }
