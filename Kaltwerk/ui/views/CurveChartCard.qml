@@ -246,20 +246,19 @@ Card {
 
             /// Whether a key that has moved a point is still down.
             property bool isMovedByKey: false
-            /// The point whose handle has gone with the focus, else -1; and whether that showed it.
+            /// The handle that has the focus, and the point it had then.
+            property CurvePointHandle focused: null
             property int focusedRow: -1
-            property bool showsFocus: false
 
-            model: card.curve.sortedRows
+            model: card.curve.sorted.length
 
             CurvePointHandle {
                 id: handle
 
-                required property int modelData
                 required property int index
 
                 curve: card.curve
-                row: modelData
+                row: card.curve.sortedRows[index] ?? -1
                 temperature: card.curve.sorted[index]?.x ?? 0
                 percent: card.curve.sorted[index]?.y ?? 0
                 x: plot.xOf(temperature) - width / 2
@@ -268,30 +267,36 @@ Card {
                 z: isHovered || isDragged || activeFocus ? 1 : 0
                 isHovered: pointer.containsMouse && !pointer.isDragging && pointer.row === row
                 isDragged: pointer.isDragging && pointer.row === row
+                onActiveFocusChanged: handles.noteFocus(handle)
                 onMovedByKey: (degrees, percent) => handles.moveByKey(row, handle.temperature + degrees, handle.percent + percent)
                 onKeyEnded: handles.endKey()
             }
-            // A point that passes another one gets a new handle.
-            onItemRemoved: (_, item) => {
-                const handle = item as CurvePointHandle;
+
+            function itemOf(row: int): CurvePointHandle {
+                return itemAt(card.curve.rankOf(row)) as CurvePointHandle;
+            }
+            function noteFocus(handle: CurvePointHandle) {
                 if (handle.activeFocus) {
+                    focused = handle;
                     focusedRow = handle.row;
-                    showsFocus = handle.showsFocus;
+                } else if (focused === handle) {
+                    focused = null;
                 }
             }
-            onItemAdded: (_, item) => {
-                const handle = item as CurvePointHandle;
-                if (handle.row !== focusedRow)
+            /// A point that passes another one changes its handle, and takes the focus along.
+            function moveFocus() {
+                const row = focusedRow;
+                const next = itemOf(row);
+                if (!focused || !next || next === focused)
                     return;
-                focusedRow = -1;
-                if (showsFocus)
-                    handle.forceActiveFocus(Qt.TabFocusReason);
+                if (focused.showsFocus)
+                    next.forceActiveFocus(Qt.TabFocusReason);
                 else
-                    handle.takeFocusByMouse();
+                    next.takeFocusByMouse();
+                focusedRow = row;
             }
-
             function moveByKey(row: int, celsius: real, percent: real) {
-                // The handle may go by it.
+                // Its handle may lose the focus by it.
                 isMovedByKey = false;
                 card.curve.movePoint(row, celsius, percent);
                 isMovedByKey = true;
@@ -302,13 +307,11 @@ Card {
                     card.curve.endEdit();
                 }
             }
-            function itemOf(row: int): CurvePointHandle {
-                for (let rank = 0; rank < count; ++rank) {
-                    const candidate = itemAt(rank) as CurvePointHandle;
-                    if (candidate && candidate.row === row)
-                        return candidate;
-                }
-                return null;
+        }
+        Connections {
+            target: card.curve
+            function onCurveChanged() {
+                handles.moveFocus();
             }
         }
 

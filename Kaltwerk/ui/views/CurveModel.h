@@ -58,6 +58,8 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
+    /// The place of `row` in `sortedRows`; -1 if it is none.
+    Q_INVOKABLE int rankOf(int row) const { return static_cast<int>(sortedRows().indexOf(row)); }
     /// The row of the point whose temperature is nearest to where the pointer is, the lower one of
     /// two; -1 without points.
     Q_INVOKABLE int nearestRow(double temperature) const;
