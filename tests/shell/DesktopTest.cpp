@@ -49,6 +49,7 @@ TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
         EXPECT_THAT(desktop_.property(window, "_NET_WM_STATE"),
                     testing::AllOf(HasSubstr("SKIP_TASKBAR"), HasSubstr("SKIP_PAGER")));
         EXPECT_THAT(desktop_.property(window, "_NET_WM_WINDOW_TYPE"), HasSubstr("UTILITY"));
+        EXPECT_THAT(desktop_.property(window, "_NET_WM_DESKTOP"), HasSubstr("4294967295"));
     };
     expectUtility(statusWindow);
 

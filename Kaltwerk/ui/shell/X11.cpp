@@ -33,6 +33,8 @@ xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+constexpr std::uint8_t propertyBits = 32;
+
 template<std::size_t count>
 void setAtoms(xcb_connection_t* connection, xcb_window_t window, const char* property,
               const std::array<const char*, count>& names) {
@@ -40,9 +42,8 @@ void setAtoms(xcb_connection_t* connection, xcb_window_t window, const char* pro
     for (std::size_t index = 0; index < count; ++index) {
         atoms[index] = atom(connection, names[index]);
     }
-    constexpr std::uint8_t bits = 32;
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom(connection, property),
-                        XCB_ATOM_ATOM, bits, count, atoms.data());
+                        XCB_ATOM_ATOM, propertyBits, count, atoms.data());
 }
 
 } // namespace
@@ -57,6 +58,9 @@ void markAsUtilityWindow(QWindow& window) {
     // Qt merges its own states with these, but only while the window is not on screen.
     setAtoms<2>(connection, id, "_NET_WM_STATE",
                 {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"});
+    constexpr std::uint32_t everyDesktop = 0xFFFFFFFF; // by the Extended Window Manager Hints
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atom(connection, "_NET_WM_DESKTOP"),
+                        XCB_ATOM_CARDINAL, propertyBits, 1, &everyDesktop);
 }
 
 bool isTransparencyShown() {
