@@ -44,7 +44,7 @@ StatusItemWindow::StatusItemWindow() : font_(labelFont()) {
     setTitle(QStringLiteral("Lüfterstatus"));
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(&Appearance::shared(), &Appearance::darkChanged, this, [this] { update(); });
-    connect(this, &QWindow::screenChanged, this, [this] { stayOnScreen(); });
+    connect(this, &QWindow::screenChanged, this, &StatusItemWindow::stayOnScreen);
 }
 
 void StatusItemWindow::setText(const QString& text) {
@@ -67,6 +67,9 @@ void StatusItemWindow::appear() {
 }
 
 void StatusItemWindow::stayOnScreen() {
+    if (screen() == nullptr) {
+        return; // the last one has gone
+    }
     connect(screen(), &QScreen::availableGeometryChanged, this, &StatusItemWindow::fit,
             Qt::UniqueConnection);
     fit();

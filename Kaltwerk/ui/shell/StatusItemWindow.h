@@ -43,6 +43,7 @@ protected:
 private:
     /// Fits the text, with the right edge where it is, inside the screen.
     void fit();
+    /// The same now and whenever the window's screen changes.
     void stayOnScreen();
 
     const QFont font_;

@@ -52,9 +52,13 @@ void TrayWatch::ask(int milliseconds) {
     question.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(
         QDBusConnection::sessionBus().asyncCall(question, milliseconds), this);
+    latestAnswer_ = answer;
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
+        if (answer != latestAnswer_) {
+            return;
+        }
         setHost(reply.isValid() && reply.value().variant().toBool());
         if (reply.error().type() == QDBusError::NoReply) {
             constexpr int asLongAsTheBusWaits = -1;

@@ -4,9 +4,8 @@
 
 #include <QDBusServiceWatcher>
 #include <QObject>
-#include <QVariant>
 
-class QDBusMessage;
+class QDBusPendingCallWatcher;
 
 namespace ventaro {
 
@@ -41,6 +40,7 @@ private:
 
     X11SystemTray x11_;
     QDBusServiceWatcher watcher_;
+    const QDBusPendingCallWatcher* latestAnswer_ = nullptr; ///< to compare with only
     bool hasHost_ = false;
     bool isDecided_ = false;
     TrayKind only_ = TrayKind::none;
