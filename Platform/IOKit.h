@@ -13,14 +13,18 @@ using IOObject = std::uint32_t;
 /// `io_connect_t` of <IOKit/IOTypes.h>: an open user client; 0 while not open.
 using IOConnection = std::uint32_t;
 
-// Return codes of <IOKit/IOReturn.h>.
-constexpr KernelReturn kIOReturnSuccess = 0;
-constexpr KernelReturn kIOReturnNoDevice = static_cast<KernelReturn>(0xE00002C0);
-constexpr KernelReturn kIOReturnNotPrivileged = static_cast<KernelReturn>(0xE00002C1);
-constexpr KernelReturn kIOReturnBadArgument = static_cast<KernelReturn>(0xE00002C2);
-constexpr KernelReturn kIOReturnUnsupported = static_cast<KernelReturn>(0xE00002C7);
-constexpr KernelReturn kIOReturnNotOpen = static_cast<KernelReturn>(0xE00002CD);
-constexpr KernelReturn kIOReturnTimeout = static_cast<KernelReturn>(0xE00002D6);
+/// Codes of <IOKit/IOReturn.h>, where each name is a macro: kIOReturnSuccess, kIOReturnNoDevice ...
+namespace KernelCode {
+
+constexpr KernelReturn success = 0;
+constexpr KernelReturn noDevice = static_cast<KernelReturn>(0xE00002C0);
+constexpr KernelReturn notPrivileged = static_cast<KernelReturn>(0xE00002C1);
+constexpr KernelReturn badArgument = static_cast<KernelReturn>(0xE00002C2);
+constexpr KernelReturn unsupported = static_cast<KernelReturn>(0xE00002C7);
+constexpr KernelReturn notOpen = static_cast<KernelReturn>(0xE00002CD);
+constexpr KernelReturn timeout = static_cast<KernelReturn>(0xE00002D6);
+
+} // namespace KernelCode
 
 /// What `IOServiceMatching` describes: the services of one driver class. Plain data here; an
 /// implementation turns it into the dictionary of its platform.

@@ -1,8 +1,5 @@
 #include "MachineRoot.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <stdexcept>
 
 namespace ventaro {
@@ -10,10 +7,9 @@ namespace ventaro {
 MachineRoot::MachineRoot() : folder_("/") {}
 
 MachineRoot::MachineRoot(const std::filesystem::path& folder) : folder_(folder.lexically_normal()) {
-    std::error_code error;
-    if (!folder.is_absolute() || !std::filesystem::is_directory(folder, error)) {
+    if (!folder.is_absolute()) {
         throw std::invalid_argument("the machine root \"" + folder.string() +
-                                    "\" is not the absolute path of an existing folder");
+                                    "\" is not an absolute path");
     }
 }
 
@@ -36,19 +32,6 @@ std::string MachineRoot::withoutFolder(std::string text) const {
         text.replace(place, folder.size(), "/");
     }
     return text;
-}
-
-MachineRootChoice chooseMachineRoot(const char* environmentValue, bool privileged) {
-    if (environmentValue == nullptr || *environmentValue == '\0') {
-        return {};
-    }
-    MachineRoot root{std::filesystem::path(environmentValue)};
-    struct stat status {};
-    if (privileged && (::stat(root.folder().c_str(), &status) != 0 ||
-                       !mayTrustMachineRoot(::geteuid(), status.st_uid, status.st_mode))) {
-        return {std::nullopt, "\"" + root.folder().string() + "\" does not belong to root alone"};
-    }
-    return {std::move(root), {}};
 }
 
 } // namespace ventaro

@@ -2,7 +2,6 @@
 
 #include "IOKit.h"
 #include "MachineRoot.h"
-#include "UserSession.h"
 
 #include <sys/types.h>
 
@@ -10,6 +9,8 @@
 #include <optional>
 
 namespace ventaro {
+
+struct UserSession;
 
 /// What kind of machine answers below the boundary.
 enum class MachineKind {
@@ -33,7 +34,7 @@ struct Platform {
     std::unique_ptr<IOKit> ioKit;
     std::unique_ptr<ConsoleUser> consoleUser;
     /// Null in a program that works for no user, as the helper.
-    std::unique_ptr<UserSession> session;
+    std::shared_ptr<UserSession> session;
 
     /// The platform that the objects named `shared` use. Throws std::logic_error before `install`.
     static Platform& current();

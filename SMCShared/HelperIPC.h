@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,10 +59,3 @@ HelperResponse decodeHelperResponse(std::string_view json);
 bool isUsableHelper(const HelperResponse& pingResponse);
 
 } // namespace ventaro
-
-template<>
-struct std::hash<ventaro::HelperAction> {
-    std::size_t operator()(ventaro::HelperAction action) const noexcept {
-        return std::hash<std::string_view>{}(ventaro::rawValue(action));
-    }
-};

@@ -118,7 +118,7 @@ private:
     struct CallResult {
         KernelReturn kernelReturn;
         SMCKeyData_t output;
-        bool succeeded() const { return kernelReturn == kIOReturnSuccess && output.result == 0; }
+        bool succeeded() const { return kernelReturn == KernelCode::success && output.result == 0; }
     };
 
     CallResult callLocked(const SMCKeyData_t& input);

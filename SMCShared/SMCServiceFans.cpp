@@ -1,6 +1,6 @@
+#include "FanLimits.h"
 #include "SMCService.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace ventaro {
@@ -15,10 +15,6 @@ constexpr int defaultFanCount = 2;
 std::string fanKey(int fanIndex, const char* suffix) {
     return "F" + std::to_string(fanIndex) + suffix;
 }
-
-// Limits of the 16-inch MacBook Pro of 2019 (8-core), for a machine that does not tell its own.
-constexpr double defaultMinimum(int fanIndex) { return fanIndex == 0 ? 1836 : 1700; }
-constexpr double defaultMaximum(int fanIndex) { return fanIndex == 0 ? 5616 : 5200; }
 
 /// A limit that is not a number bounds nothing, so a write falls back to the default for it too.
 double limitOr(std::optional<double> limit, double fallback) {
@@ -63,8 +59,8 @@ std::vector<FanReading> SMCService::readFans() {
         fan.id = index;
         fan.name = fanName(index, count);
         fan.currentRPM = readDouble(fanKey(index, "Ac")).value_or(0);
-        fan.minRPM = readDouble(fanKey(index, "Mn")).value_or(defaultMinimum(index));
-        fan.maxRPM = readDouble(fanKey(index, "Mx")).value_or(defaultMaximum(index));
+        fan.minRPM = readDouble(fanKey(index, "Mn")).value_or(builtInRange(index).minimum);
+        fan.maxRPM = readDouble(fanKey(index, "Mx")).value_or(builtInRange(index).maximum);
         fan.targetRPM = readDouble(fanKey(index, "Tg")).value_or(fan.currentRPM);
         const double mode = readDouble(fanKey(index, "Md")).value_or(0);
         fan.mode = isForcedMode(mode) ? FanMode::forced : FanMode::automatic;
@@ -107,16 +103,16 @@ std::optional<std::uint16_t> SMCService::readForceMask() {
 }
 
 void SMCService::setFanTargetRPM(int fanIndex, double rpm) {
-    const double minimum = limitOr(readDouble(fanKey(fanIndex, "Mn")), defaultMinimum(fanIndex));
-    const double maximum = limitOr(readDouble(fanKey(fanIndex, "Mx")), defaultMaximum(fanIndex));
-    const double target = std::min(maximum, std::max(minimum, rpm));
+    const FanRange builtIn = builtInRange(fanIndex);
+    const FanRange range{limitOr(readDouble(fanKey(fanIndex, "Mn")), builtIn.minimum),
+                         limitOr(readDouble(fanKey(fanIndex, "Mx")), builtIn.maximum)};
     const std::string modeKey = fanKey(fanIndex, "Md");
     if (answers(modeKey)) {
         writeValue(modeKey, static_cast<double>(rawValue(FanMode::forced)));
     } else if (const auto mask = readForceMask()) {
         writeValue(forceMaskKey, *mask | forceBit(fanIndex));
     }
-    writeValue(fanKey(fanIndex, "Tg"), target);
+    writeValue(fanKey(fanIndex, "Tg"), range.limited(rpm));
 }
 
 void SMCService::resetFanToAutomatic(int fanIndex) {

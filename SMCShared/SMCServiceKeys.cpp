@@ -32,7 +32,7 @@ void SMCService::open() {
     IOConnection handle = 0;
     const KernelReturn code = ioKit_.serviceOpen(service, 0, handle);
     ioKit_.objectRelease(service);
-    if (code != kIOReturnSuccess) {
+    if (code != KernelCode::success) {
         throw SMCError::connectionFailed(code);
     }
     connection_ = handle;

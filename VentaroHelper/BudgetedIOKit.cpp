@@ -24,7 +24,7 @@ IOObject BudgetedIOKit::serviceGetMatchingService(const IOServiceMatch& matching
 
 KernelReturn BudgetedIOKit::serviceOpen(IOObject service, std::uint32_t type,
                                         IOConnection& connection) {
-    return isUsedUp() ? kIOReturnTimeout : inner_.serviceOpen(service, type, connection);
+    return isUsedUp() ? KernelCode::timeout : inner_.serviceOpen(service, type, connection);
 }
 
 KernelReturn BudgetedIOKit::objectRelease(IOObject object) { return inner_.objectRelease(object); }
@@ -36,7 +36,7 @@ KernelReturn BudgetedIOKit::serviceClose(IOConnection connection) {
 KernelReturn BudgetedIOKit::connectCallStructMethod(IOConnection connection, std::uint32_t selector,
                                                     const void* input, std::size_t inputSize,
                                                     void* output, std::size_t& outputSize) {
-    return isUsedUp() ? kIOReturnTimeout
+    return isUsedUp() ? KernelCode::timeout
                       : inner_.connectCallStructMethod(connection, selector, input, inputSize,
                                                        output, outputSize);
 }

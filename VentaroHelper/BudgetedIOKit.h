@@ -8,7 +8,7 @@
 namespace ventaro {
 
 /// IOKit under a time budget: once the budget of the current piece of work is used up, exchanges
-/// fail at once with kIOReturnTimeout instead of each waiting for its own deadline. One thread.
+/// fail at once with KernelCode::timeout instead of each waiting for its own deadline. One thread.
 class BudgetedIOKit final : public IOKit {
 public:
     using Clock = std::chrono::steady_clock;

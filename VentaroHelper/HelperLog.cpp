@@ -1,6 +1,7 @@
 #include "HelperLog.h"
 
-#include <poll.h>
+#include "FileDescriptor.h"
+
 #include <unistd.h>
 
 #include <array>
@@ -11,8 +12,7 @@ namespace ventaro {
 namespace {
 
 void writeLine(int descriptor, std::string_view line) {
-    pollfd entry{descriptor, POLLOUT, 0};
-    if (::poll(&entry, 1, 0) <= 0) {
+    if (!canWrite(descriptor)) {
         return; // a full pipe: nobody reads the log
     }
     std::array<char, 32> stamp{};

@@ -1,10 +1,10 @@
 #include "HelperServer.h"
 
 #include "JsonObject.h"
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -58,7 +58,7 @@ FileDescriptor replaceStaleSocket(const std::filesystem::path& path) {
             throw std::system_error(errno, std::generic_category(), path.string());
         }
     }
-    return listenOnUnixSocket(path, SOCK_STREAM, socketMode);
+    return listenOnUnixSocket(path, socketMode);
 }
 
 bool isOutOfResources(int error) {
@@ -74,97 +74,70 @@ HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerChe
       mayConnect_(std::move(mayConnect)),
       log_(log),
       instanceLock_(lockInstance(options_)),
-      listener_(replaceStaleSocket(options_.socketPath)),
-      turnBegan_(Clock::now()),
-      busySince_(turnBegan_) {}
+      listener_(replaceStaleSocket(options_.socketPath)) {}
 
 HelperServer::~HelperServer() { ::unlink(options_.socketPath.c_str()); }
 
 void HelperServer::run(int stopDescriptor) {
-    std::vector<pollfd> pollSet;
-    for (;;) {
+    loop_.watch(stopDescriptor, [this] {
+        loop_.endTurn();
+        loop_.stop();
+    });
+    listen();
+    while (!loop_.isStopped()) {
         if (isTurnLong()) {
-            lagsUntil_ = Clock::now() + clientPatience;
+            lag_ = {waitingSince(), Clock::now() + clientPatience};
         }
-        fillPollSet(pollSet, stopDescriptor);
-        const int ready = ::poll(pollSet.data(), static_cast<nfds_t>(pollSet.size()),
-                                 lagsUntil_ ? 0 : millisecondsToNextDeadline());
-        if (ready < 0 && errno != EINTR) {
-            throw std::system_error(errno, std::generic_category(), "poll");
-        }
-        turnBegan_ = Clock::now();
-        if (!lagsUntil_) {
-            busySince_ = turnBegan_;
-        } else if (ready == 0 || turnBegan_ >= *lagsUntil_) {
-            lagsUntil_.reset(); // everybody who had to wait is served, or has given up
-            continue;
-        }
-        if (ready > 0 && pollSet[0].revents != 0) {
-            connections_.clear();
-            return;
-        }
-        if (ready > 0) {
-            serveReady(pollSet);
+        isSomebodyWaiting_ = false;
+        const bool hasCome = loop_.turn(patience());
+        if (lag_ && (!hasCome || loop_.turnBegan() >= lag_->until)) {
+            lag_.reset(); // everybody who had to wait is served, or has given up
         }
         closeOverdue();
-        forgetClosed();
-        if (!isTurnLong() && ((ready > 0 && pollSet[1].revents != 0) || acceptAgainAt_)) {
+        if (!isTurnLong() && (isSomebodyWaiting_ || acceptAgainAt_)) {
             acceptConnection();
         }
     }
+    connections_.clear();
+}
+
+void HelperServer::listen() {
+    acceptAgainAt_.reset();
+    loop_.watch(listener_.get(), [this] { isSomebodyWaiting_ = true; });
 }
 
 bool HelperServer::isTurnLong() const {
     constexpr auto longTurn = std::chrono::milliseconds(50);
-    return Clock::now() - turnBegan_ > longTurn;
+    return Clock::now() - loop_.turnBegan() > longTurn;
 }
 
-void HelperServer::serveReady(const std::vector<pollfd>& pollSet) {
-    constexpr std::size_t firstConnection = 2; // behind the stop descriptor and the listener
-    for (std::size_t index = 0; index < connections_.size(); ++index) {
-        if (pollSet[index + firstConnection].revents != 0) {
-            serve(connections_[index]);
-            if (isTurnLong()) {
-                return; // a request to stop comes first
-            }
-        }
+HelperServer::Clock::time_point HelperServer::waitingSince() const {
+    return lag_ ? lag_->since : loop_.turnBegan();
+}
+
+std::optional<std::chrono::milliseconds> HelperServer::patience() const {
+    if (lag_) {
+        return std::chrono::milliseconds(0);
     }
-}
-
-void HelperServer::fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const {
-    pollSet.clear();
-    pollSet.push_back({stopDescriptor, POLLIN, 0});
-    // poll skips a negative descriptor.
-    pollSet.push_back({acceptAgainAt_ ? -1 : listener_.get(), POLLIN, 0});
-    for (const Connection& connection : connections_) {
-        pollSet.push_back({connection.socket.get(), POLLIN, 0});
-    }
-}
-
-int HelperServer::millisecondsToNextDeadline() const {
     // Every connection has the same time, so the oldest is due first.
     std::optional<Clock::time_point> next = acceptAgainAt_;
     if (!connections_.empty()) {
         next = std::min(next.value_or(Clock::time_point::max()), connections_.front().deadline);
     }
-    if (!next) {
-        return -1;
-    }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now());
-    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
+    return next ? std::optional(std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now()))
+                : std::nullopt;
 }
 
 void HelperServer::acceptConnection() {
     if (acceptAgainAt_ && Clock::now() < *acceptAgainAt_) {
         return;
     }
-    FileDescriptor socket(
-        ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    FileDescriptor socket = ventaro::acceptConnection(listener_.get());
     if (!socket && isOutOfResources(errno)) {
         waitForResources(errno);
         return;
     }
-    acceptAgainAt_.reset();
+    listen();
     if (!socket) {
         return; // the client has gone again
     }
@@ -177,9 +150,22 @@ void HelperServer::acceptConnection() {
     if (connections_.size() >= options_.maximumConnections) {
         makeRoom();
     }
+    const int descriptor = socket.get();
     connections_.push_back({std::move(socket), Clock::now() + options_.requestTimeout, {}});
+    loop_.watch(descriptor, [this, descriptor] { serveReady(descriptor); });
     serve(connections_.back()); // the request is mostly there already
     forgetClosed();
+}
+
+void HelperServer::serveReady(int descriptor) {
+    const auto found = std::find_if(
+        connections_.begin(), connections_.end(),
+        [descriptor](const Connection& each) { return each.socket.get() == descriptor; });
+    serve(*found);
+    forgetClosed();
+    if (isTurnLong()) {
+        loop_.endTurn(); // a request to stop comes first
+    }
 }
 
 void HelperServer::waitForResources(int error) {
@@ -191,6 +177,7 @@ void HelperServer::waitForResources(int error) {
     if (!acceptAgainAt_) {
         log_.error("cannot accept connections: " + std::generic_category().message(error));
     }
+    loop_.unwatch(listener_.get());
     acceptAgainAt_ = Clock::now() + pause;
 }
 
@@ -200,7 +187,7 @@ void HelperServer::makeRoom() {
     if (oldest.socket) {
         refuse(oldest, "dropped, too many connections", "Der Helper hat zu viele Verbindungen.");
     }
-    connections_.erase(connections_.begin());
+    forgetClosed();
 }
 
 void HelperServer::closeOverdue() {
@@ -217,6 +204,7 @@ void HelperServer::closeOverdue() {
                    "Die Anfrage war nicht rechtzeitig vollständig.");
         }
     }
+    forgetClosed();
 }
 
 void HelperServer::serve(Connection& connection) {
@@ -226,13 +214,13 @@ void HelperServer::serve(Connection& connection) {
         const ssize_t count = ::recv(connection.socket.get(), buffer.data(), buffer.size(), 0);
         if (count < 0) {
             if (errno != EAGAIN && errno != EINTR) {
-                connection.socket.reset();
+                close(connection);
             }
             return;
         }
         if (count == 0) {
             if (connection.reader.text().empty()) {
-                connection.socket.reset(); // a client that only looked whether anyone listens
+                close(connection); // a client that only looked whether anyone listens
             } else {
                 refuse(connection, "request cut off",
                        "Die Anfrage endet vor dem Ende des JSON-Objekts.");
@@ -263,7 +251,7 @@ void HelperServer::serve(Connection& connection) {
 
 void HelperServer::carryOut(Connection& connection) {
     try {
-        answer(connection, handler_(decodeHelperRequest(connection.reader.text()), busySince_));
+        answer(connection, handler_(decodeHelperRequest(connection.reader.text()), waitingSince()));
     } catch (const DecodingError& error) {
         refuse(connection, "request not understood",
                std::string("Die Anfrage ist nicht lesbar: ") + error.what());
@@ -280,14 +268,16 @@ void HelperServer::answer(Connection& connection, const HelperResponse& response
     const std::string json = encodeJson(response);
     // Nothing was sent before, so the socket has room. A client that is gone misses its answer.
     ::send(connection.socket.get(), json.data(), json.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    close(connection);
+}
+
+void HelperServer::close(Connection& connection) {
+    loop_.unwatch(connection.socket.get());
     connection.socket.reset();
 }
 
 void HelperServer::forgetClosed() {
-    connections_.erase(
-        std::remove_if(connections_.begin(), connections_.end(),
-                       [](const Connection& connection) { return !connection.socket; }),
-        connections_.end());
+    std::erase_if(connections_, [](const Connection& connection) { return !connection.socket; });
 }
 
 } // namespace ventaro

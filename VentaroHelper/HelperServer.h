@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EventLoop.h"
 #include "FileDescriptor.h"
 #include "HelperIPC.h"
 #include "HelperLog.h"
@@ -13,8 +14,6 @@
 #include <functional>
 #include <optional>
 #include <vector>
-
-struct pollfd;
 
 namespace ventaro {
 
@@ -36,11 +35,11 @@ struct HelperServerOptions {
     std::function<bool()> isStopRequested = [] { return false; };
 };
 
-/// Serves the helper's socket: one request and one response per connection. One thread around
-/// `poll`: a client that is slow or silent delays nobody, and without clients nothing wakes up.
+/// Serves the helper's socket: one request and one response per connection. One thread in an event
+/// loop: a client that is slow or silent delays nobody, and without clients nothing wakes up.
 class HelperServer {
 public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = EventLoop::Clock;
     /// `waitingSince`: the earliest time at which the client may have sent the request.
     using Handler =
         std::function<HelperResponse(const HelperRequest&, Clock::time_point waitingSince)>;
@@ -67,12 +66,15 @@ private:
         RequestReader reader;
     };
 
-    void serveReady(const std::vector<pollfd>& pollSet);
     /// Whether the current turn of the loop has kept other clients waiting.
     bool isTurnLong() const;
-    void fillPollSet(std::vector<pollfd>& pollSet, int stopDescriptor) const;
-    int millisecondsToNextDeadline() const;
+    /// Clients that are found now may have been waiting since then.
+    Clock::time_point waitingSince() const;
+    /// No value: for as long as nothing comes.
+    std::optional<std::chrono::milliseconds> patience() const;
+    void listen();
     void acceptConnection();
+    void serveReady(int descriptor);
     void waitForResources(int error);
     void makeRoom();
     void closeOverdue();
@@ -81,6 +83,7 @@ private:
     void carryOut(Connection& connection);
     void refuse(Connection& connection, const std::string& why, const std::string& sentence);
     void answer(Connection& connection, const HelperResponse& response);
+    void close(Connection& connection);
     void forgetClosed();
 
     const HelperServerOptions options_;
@@ -90,12 +93,15 @@ private:
     FileDescriptor instanceLock_;
     FileDescriptor listener_;
     std::vector<Connection> connections_;            ///< in order of acceptance
+    bool isSomebodyWaiting_ = false;                 ///< to be accepted
     std::optional<Clock::time_point> acceptAgainAt_; ///< set while descriptors are exhausted
-    Clock::time_point turnBegan_;
-    /// Clients that are found now may have been waiting since then.
-    Clock::time_point busySince_;
-    /// Set after a long turn, until nobody is left who had to wait for it.
-    std::optional<Clock::time_point> lagsUntil_;
+    /// A long turn that others may have had to wait for, until nobody is left who did.
+    struct Lag {
+        Clock::time_point since;
+        Clock::time_point until;
+    };
+    std::optional<Lag> lag_;
+    EventLoop loop_;
 };
 
 } // namespace ventaro

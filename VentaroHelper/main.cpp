@@ -2,12 +2,10 @@
 #include "HelperServer.h"
 #include "HostPlatform.h"
 #include "RequestHandler.h"
-#include "UnixSocket.h"
+#include "SignalWatch.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -30,33 +28,6 @@ constexpr const char* usage =
 /// budget ends and then take a second of its own; requests behind it are refused at once.
 constexpr auto requestBudget = std::chrono::milliseconds(900);
 
-int stopSignalPipe = -1;
-volatile sig_atomic_t stopRequested = 0;
-
-void onStopSignal(int /*signal*/) {
-    stopRequested = 1;
-    const int kept = errno;
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(stopSignalPipe, &byte, 1);
-    errno = kept;
-}
-
-/// A descriptor that becomes readable when the process is asked to end.
-FileDescriptor watchStopSignals() {
-    int ends[2];
-    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
-        throw std::runtime_error("no pipe for signals");
-    }
-    stopSignalPipe = ends[1];
-    struct sigaction action {};
-    action.sa_handler = onStopSignal;
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        ::sigaction(signal, &action, nullptr);
-    }
-    std::signal(SIGPIPE, SIG_IGN);
-    return FileDescriptor(ends[0]);
-}
-
 Platform hostPlatform(const HelperLog& log) {
     HostPlatform host = makeHostPlatform(true);
     if (!host.machineRootIgnoredBecause.empty()) {
@@ -78,14 +49,15 @@ int resetAll(const HelperLog& log) {
 }
 
 int serve(const HelperLog& log) {
-    const FileDescriptor stop = watchStopSignals();
+    const StopSignals signals;
+    std::signal(SIGPIPE, SIG_IGN);
     const Platform platform = hostPlatform(log);
-    BudgetedIOKit ioKit(*platform.ioKit, [] { return stopRequested != 0; });
+    BudgetedIOKit ioKit(*platform.ioKit, SignalWatch::hasArrival);
     SMCService smc(ioKit);
     RequestHandler handler(smc, log);
     HelperServer server(
         {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath),
-         .isStopRequested = [] { return stopRequested != 0; }},
+         .isStopRequested = SignalWatch::hasArrival},
         [&](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
             ioKit.restart(waitingSince + requestBudget);
             return handler.handle(request);
@@ -97,7 +69,7 @@ int serve(const HelperLog& log) {
     } catch (const SMCError& error) {
         log.error("serving without an SMC for now: " + error.errorDescription());
     }
-    server.run(stop.get());
+    server.run(signals.descriptor());
     log.change("stopped");
     return EXIT_SUCCESS;
 }

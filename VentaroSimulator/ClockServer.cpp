@@ -1,6 +1,7 @@
 #include "ClockServer.h"
 
-#include "SimulatedClock.h"
+#include "ClockWire.h"
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <unistd.h>
@@ -13,7 +14,7 @@ ClockServer::ClockServer(EventLoop& loop, const MachineClock& clock, const Machi
     : loop_(loop),
       clock_(clock),
       path_(root.resolve(ClockWire::socketPath)),
-      socket_(listenOnUnixSocket(path_, SOCK_SEQPACKET, 0600)) {
+      socket_(listenOnUnixSocket(path_, 0600)) {
     loop_.watch(socket_.get(), [this] { accept(); });
 }
 
@@ -26,7 +27,7 @@ ClockServer::~ClockServer() {
 }
 
 void ClockServer::accept() {
-    FileDescriptor socket(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    FileDescriptor socket = acceptConnection(socket_.get());
     if (socket) {
         const int descriptor = socket.get();
         listeners_[descriptor] = std::make_shared<Listener>(Listener{std::move(socket), {}, {}});

@@ -1,9 +1,11 @@
 #include "ControlChannel.h"
 
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace ventaro {
@@ -18,7 +20,7 @@ ControlChannel::ControlChannel(EventLoop& loop, const MachineRoot& root, Handler
     : loop_(loop),
       path_(root.resolve(machineControlSocketPath)),
       handler_(std::move(handler)),
-      listener_(listenOnUnixSocket(path_, SOCK_SEQPACKET, ownerOnly)) {
+      listener_(listenOnUnixSocket(path_, ownerOnly)) {
     loop_.watch(listener_.get(), [this] { accept(); });
 }
 
@@ -31,29 +33,34 @@ ControlChannel::~ControlChannel() {
 }
 
 void ControlChannel::accept() {
-    FileDescriptor socket(
-        ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    FileDescriptor socket = acceptConnection(listener_.get());
     if (socket) {
         const int descriptor = socket.get();
-        connections_[descriptor] = std::move(socket);
+        connections_[descriptor] = {std::move(socket), {}};
         loop_.watch(descriptor, [this, descriptor] { receive(descriptor); });
     }
 }
 
 void ControlChannel::receive(int socket) {
-    std::string packet(largestControlPacket, '\0');
-    const ssize_t received = ::recv(socket, packet.data(), packet.size(), 0);
-    if (received < 0 && (errno == EAGAIN || errno == EINTR)) {
+    std::string& received = connections_.at(socket).received;
+    std::string bytes(largestControlMessage, '\0');
+    const ssize_t count = ::recv(socket, bytes.data(), bytes.size(), 0);
+    if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
         return;
     }
-    if (received <= 0) {
+    received.append(bytes, 0, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count < 0 || received.size() > largestControlMessage || (count == 0 && received.empty())) {
         disconnect(socket);
-        return;
+    } else if (count == 0) {
+        carryOut(socket, received);
     }
-    packet.resize(static_cast<std::size_t>(received));
+}
+
+void ControlChannel::carryOut(int socket, const std::string& words) {
+    loop_.unwatch(socket); // its stream is at its end, which could be read for ever
     MachineCommand command;
-    for (std::size_t begin = 0; begin < packet.size();) {
-        command.emplace_back(packet.c_str() + begin);
+    for (std::size_t begin = 0; begin < words.size();) {
+        command.emplace_back(words.c_str() + begin);
         begin += command.back().size() + 1;
     }
     if (const auto result = handler_(command)) {

@@ -12,8 +12,7 @@
 
 namespace ventaro {
 
-/// The socket over which a running machine takes commands, each a packet of words that end in a
-/// zero byte. One thread.
+/// The socket over which a running machine takes commands, one per connection. One thread.
 class ControlChannel {
 public:
     /// No value: the command is answered later, by `answerWaiting`.
@@ -31,6 +30,7 @@ public:
 private:
     void accept();
     void receive(int socket);
+    void carryOut(int socket, const std::string& words);
     void answer(int socket, const MachineCommandResult& result);
     void disconnect(int socket);
 
@@ -38,8 +38,12 @@ private:
     const std::string path_;
     const Handler handler_;
     FileDescriptor listener_;
-    std::map<int, FileDescriptor> connections_;
-    std::set<int> waiting_;
+    struct Connection {
+        FileDescriptor socket;
+        std::string received;
+    };
+    std::map<int, Connection> connections_;
+    std::set<int> waiting_; ///< whose commands are answered later
 };
 
 } // namespace ventaro

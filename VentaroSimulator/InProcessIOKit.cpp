@@ -23,24 +23,24 @@ IOObject InProcessIOKit::serviceGetMatchingService(const IOServiceMatch& matchin
 KernelReturn InProcessIOKit::serviceOpen(IOObject service, std::uint32_t /*type*/,
                                          IOConnection& connection) {
     const std::lock_guard guard(lock_);
-    if (service != serviceObject || openResult != kIOReturnSuccess) {
-        return service == serviceObject ? openResult : kIOReturnBadArgument;
+    if (service != serviceObject || openResult != KernelCode::success) {
+        return service == serviceObject ? openResult : KernelCode::badArgument;
     }
     ++openConnections_;
     connection = connectionHandle;
-    return kIOReturnSuccess;
+    return KernelCode::success;
 }
 
 KernelReturn InProcessIOKit::objectRelease(IOObject /*object*/) {
     const std::lock_guard guard(lock_);
     --unreleasedObjects_;
-    return kIOReturnSuccess;
+    return KernelCode::success;
 }
 
 KernelReturn InProcessIOKit::serviceClose(IOConnection /*connection*/) {
     const std::lock_guard guard(lock_);
     --openConnections_;
-    return kIOReturnSuccess;
+    return KernelCode::success;
 }
 
 KernelReturn InProcessIOKit::connectCallStructMethod(IOConnection connection,
@@ -49,13 +49,13 @@ KernelReturn InProcessIOKit::connectCallStructMethod(IOConnection connection,
                                                      std::size_t& outputSize) {
     const std::lock_guard guard(lock_);
     if (connection != connectionHandle || openConnections_ == 0) {
-        return kIOReturnNotOpen;
+        return KernelCode::notOpen;
     }
     if (inputSize != sizeof(SMCKeyData_t) || outputSize != sizeof(SMCKeyData_t)) {
-        return kIOReturnBadArgument;
+        return KernelCode::badArgument;
     }
     if (smc_.faults().isServiceGone()) {
-        return kIOReturnNoDevice;
+        return KernelCode::noDevice;
     }
     SMCKeyData_t block;
     std::memcpy(&block, input, sizeof block);

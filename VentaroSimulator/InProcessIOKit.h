@@ -18,7 +18,7 @@ public:
     /// Called with every parameter block before it is answered; may change the SMC's faults.
     std::function<void(const SMCKeyData_t&)> onExchange;
     /// What opening the user client answers.
-    KernelReturn openResult = kIOReturnSuccess;
+    KernelReturn openResult = KernelCode::success;
 
     IOServiceMatch serviceMatching(std::string_view className) override { return {className}; }
     IOObject serviceGetMatchingService(const IOServiceMatch& matching) override;

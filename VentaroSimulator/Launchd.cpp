@@ -1,6 +1,7 @@
 #include "Launchd.h"
 
-#include "ProcessTree.h"
+#include "ChildProcess.h"
+#include "SystemCalls.h"
 
 #include <sys/wait.h>
 

@@ -3,6 +3,7 @@
 #include "EmbeddedFiles.h"
 #include "HelperIPC.h"
 #include "SmcWire.h"
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <fcntl.h>
@@ -94,7 +95,7 @@ void MachineFolder::makeTree() const {
             throw std::runtime_error(link.string() + " is there already and no stand-in of ours");
         }
         fs::remove(link);
-        fs::create_symlink(fs::read_symlink("/proc/self/exe"), link);
+        fs::create_symlink(executablePath().value(), link);
     }
 }
 

@@ -137,7 +137,7 @@ SimulatedSmc::Answer SimulatedSmc::answer(std::uint32_t selector, const SMCKeyDa
                                           bool privileged) {
     Answer answer;
     if (selector != KERNEL_INDEX_SMC) {
-        answer.kernelReturn = kIOReturnUnsupported;
+        answer.kernelReturn = KernelCode::unsupported;
         return answer;
     }
     answer.output.key = input.key;
@@ -166,7 +166,7 @@ SimulatedSmc::Answer SimulatedSmc::answer(std::uint32_t selector, const SMCKeyDa
         if (privileged) {
             answer.output.result = write(*entry, faults, input);
         } else {
-            answer.kernelReturn = kIOReturnNotPrivileged;
+            answer.kernelReturn = KernelCode::notPrivileged;
         }
         break;
     default:

@@ -37,7 +37,7 @@ public:
     std::chrono::milliseconds now() const { return now_; }
 
     struct Answer {
-        KernelReturn kernelReturn = kIOReturnSuccess;
+        KernelReturn kernelReturn = KernelCode::success;
         SMCKeyData_t output{};
         std::chrono::milliseconds late{0}; ///< how long the answer is to be held back
     };

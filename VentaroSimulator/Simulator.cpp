@@ -1,5 +1,6 @@
 #include "Simulator.h"
 
+#include "ChildProcess.h"
 #include "ClockServer.h"
 #include "ControlChannel.h"
 #include "EmbeddedFiles.h"
@@ -9,13 +10,14 @@
 #include "Launchd.h"
 #include "MachineClock.h"
 #include "MachineFolder.h"
+#include "MachineRootChoice.h"
 #include "NumberFormat.h"
-#include "ProcessTree.h"
+#include "SignalWatch.h"
 #include "SmcServer.h"
 #include "SmcWire.h"
+#include "SystemCalls.h"
 
 #include <signal.h>
-#include <sys/signalfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,25 +36,11 @@ namespace ventaro {
 namespace {
 
 std::filesystem::path bundledHelper() {
-    auto helper = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "VentaroHelper";
+    auto helper = executablePath().value_or("").parent_path() / "VentaroHelper";
     if (!std::filesystem::exists(helper)) {
         throw std::runtime_error("the helper is missing: " + helper.string());
     }
     return helper;
-}
-
-FileDescriptor takeSignals() {
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD}) {
-        ::sigaddset(&signals, signal);
-    }
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-    FileDescriptor descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
-    if (!descriptor) {
-        throw std::system_error(errno, std::generic_category(), "signalfd");
-    }
-    return descriptor;
 }
 
 /// A simulated MacBook while it is switched on.
@@ -84,7 +72,7 @@ private:
     std::string status() const;
 
     const SimulatorOptions options_;
-    FileDescriptor signals_;
+    const SignalWatch signals_{{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD}};
     MachineFolder folder_;
     MachineClock clock_;
     SimulatedSmc smc_;
@@ -102,7 +90,6 @@ private:
 
 RunningMachine::RunningMachine(const SimulatorOptions& options)
     : options_(options),
-      signals_(takeSignals()),
       folder_(options.root),
       clock_(options.stepped ? MachineClock::stepped() : MachineClock::scaled(options.timeScale)),
       smc_(options.machine),
@@ -123,8 +110,8 @@ RunningMachine::RunningMachine(const SimulatorOptions& options)
 }
 
 int RunningMachine::run() {
-    becomeSubreaper();
-    loop_.watch(signals_.get(), [this] { handleSignal(); });
+    adoptOrphans();
+    loop_.watch(signals_.descriptor(), [this] { handleSignal(); });
     launchd_.loadInstalledDaemons();
     tick();
     if (options_.command.empty()) {
@@ -179,9 +166,8 @@ void RunningMachine::startCommand() {
 }
 
 void RunningMachine::handleSignal() {
-    signalfd_siginfo info{};
-    while (::read(signals_.get(), &info, sizeof info) == sizeof info) {
-        const int signal = static_cast<int>(info.ssi_signo);
+    while (const auto arrival = signals_.take()) {
+        const int signal = arrival->signal;
         if (signal == SIGCHLD) {
             reapChildren();
         } else if (command_ == 0) {
@@ -189,7 +175,7 @@ void RunningMachine::handleSignal() {
             loop_.stop();
         } else if (signal == SIGINT || signal == SIGQUIT) {
             // From the terminal it has reached the command, too, whose affair it is.
-            if (info.ssi_code != SI_KERNEL) {
+            if (!arrival->isFromKernel) {
                 ::kill(command_, signal);
             }
         } else {

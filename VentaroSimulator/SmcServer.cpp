@@ -1,6 +1,7 @@
 #include "SmcServer.h"
 
 #include "SmcWire.h"
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <unistd.h>
@@ -34,7 +35,7 @@ void SmcServer::applyServiceFault() {
 
 void SmcServer::appear() {
     for (Listener* listener : {&user_, &root_}) {
-        listener->socket = listenOnUnixSocket(listener->path, SOCK_SEQPACKET, listener->mode);
+        listener->socket = listenOnUnixSocket(listener->path, listener->mode);
         loop_.watch(listener->socket.get(), [this, listener] { acceptFrom(*listener); });
     }
 }
@@ -53,16 +54,17 @@ void SmcServer::disappear() {
 }
 
 void SmcServer::acceptFrom(const Listener& listener) {
-    auto socket = std::make_shared<FileDescriptor>(
-        ::accept4(listener.socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!*socket) {
+    FileDescriptor socket = acceptConnection(listener.socket.get());
+    if (!socket) {
         return;
     }
-    const bool privileged = listener.privileged;
-    connections_[socket->get()] = socket;
-    loop_.watch(socket->get(), [this, socket = std::weak_ptr(socket), privileged] {
-        if (const auto open = socket.lock()) {
-            exchange(open, privileged);
+    const int descriptor = socket.get();
+    const auto connection =
+        std::make_shared<Connection>(Connection{std::move(socket), listener.privileged});
+    connections_[descriptor] = connection;
+    loop_.watch(descriptor, [this, connection = std::weak_ptr(connection)] {
+        if (const auto open = connection.lock()) {
+            receive(open);
         }
     });
 }
@@ -72,36 +74,51 @@ void SmcServer::disconnect(int socket) {
     connections_.erase(socket);
 }
 
-void SmcServer::exchange(const std::shared_ptr<FileDescriptor>& socket, bool privileged) {
-    std::array<std::byte, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> packet;
-    const ssize_t received = ::recv(socket->get(), packet.data(), packet.size(), 0);
-    if (received < 0 && (errno == EAGAIN || errno == EINTR)) {
+void SmcServer::receive(const std::shared_ptr<Connection>& connection) {
+    const int socket = connection->socket.get();
+    std::array<std::byte, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> bytes;
+    const ssize_t count = ::recv(socket, bytes.data(), bytes.size(), 0);
+    if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
         return;
     }
+    if (count <= 0) {
+        disconnect(socket);
+        return;
+    }
+    auto& received = connection->received;
+    received.insert(received.end(), bytes.begin(), bytes.begin() + count);
+    SmcWire::RequestHeader request{};
+    if (received.size() < sizeof request) {
+        return;
+    }
+    std::memcpy(&request, received.data(), sizeof request);
+    if (request.inputSize > SmcWire::maximumBlockSize) {
+        disconnect(socket);
+    } else if (received.size() >= sizeof request + request.inputSize) {
+        exchange(connection);
+        received.clear();
+    }
+}
+
+void SmcServer::exchange(const std::shared_ptr<Connection>& connection) {
+    const std::byte* received = connection->received.data();
     SmcWire::RequestHeader request{};
     SMCKeyData_t block{};
-    if (received < static_cast<ssize_t>(sizeof request)) {
-        disconnect(socket->get());
-        return;
-    }
-    std::memcpy(&request, packet.data(), sizeof request);
-
+    std::memcpy(&request, received, sizeof request);
     SimulatedSmc::Answer answer;
-    if (received == static_cast<ssize_t>(sizeof request + sizeof block) &&
-        request.outputRoom == sizeof block) {
-        std::memcpy(&block, packet.data() + sizeof request, sizeof block);
+    SmcWire::AnswerHeader header{KernelCode::badArgument, 0};
+    if (request.inputSize == sizeof block && request.outputRoom == sizeof block) {
+        std::memcpy(&block, received + sizeof request, sizeof block);
         bringUpToDate_();
-        answer = smc_.answer(request.selector, block, privileged);
-    } else {
-        answer.kernelReturn = kIOReturnBadArgument;
+        answer = smc_.answer(request.selector, block, connection->privileged);
+        header = {answer.kernelReturn, sizeof answer.output};
     }
-    const SmcWire::AnswerHeader header{answer.kernelReturn, 0};
-    std::array<std::byte, sizeof header + sizeof answer.output> reply;
+    std::vector<std::byte> reply(sizeof header + header.outputSize);
     std::memcpy(reply.data(), &header, sizeof header);
-    std::memcpy(reply.data() + sizeof header, &answer.output, sizeof answer.output);
-    const auto send = [socket = std::weak_ptr(socket), reply] {
-        if (const auto open = socket.lock()) {
-            ::send(open->get(), reply.data(), reply.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    std::memcpy(reply.data() + sizeof header, &answer.output, header.outputSize);
+    const auto send = [connection = std::weak_ptr(connection), reply = std::move(reply)] {
+        if (const auto open = connection.lock()) {
+            ::send(open->socket.get(), reply.data(), reply.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         }
     };
     if (answer.late > std::chrono::milliseconds::zero()) {

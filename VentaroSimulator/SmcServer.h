@@ -5,10 +5,12 @@
 #include "MachineRoot.h"
 #include "SimulatedSmc.h"
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ventaro {
 
@@ -35,10 +37,17 @@ private:
         FileDescriptor socket;
     };
 
+    struct Connection {
+        FileDescriptor socket;
+        bool privileged;
+        std::vector<std::byte> received{}; ///< of a request that is not whole yet
+    };
+
     void appear();
     void disappear();
     void acceptFrom(const Listener& listener);
-    void exchange(const std::shared_ptr<FileDescriptor>& socket, bool privileged);
+    void receive(const std::shared_ptr<Connection>& connection);
+    void exchange(const std::shared_ptr<Connection>& connection);
     void disconnect(int socket);
 
     EventLoop& loop_;
@@ -46,7 +55,7 @@ private:
     const std::function<void()> bringUpToDate_;
     Listener user_;
     Listener root_;
-    std::map<int, std::shared_ptr<FileDescriptor>> connections_;
+    std::map<int, std::shared_ptr<Connection>> connections_;
 };
 
 } // namespace ventaro

@@ -1,9 +1,9 @@
 #include "ChangeLog.h"
 
+#include "FileDescriptor.h"
 #include "NumberFormat.h"
 #include "Terminal.h"
 
-#include <poll.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -21,14 +21,6 @@ void addNumber(JsonObjectWriter& object, const char* member, double value) {
         object.number(member, value);
     }
 }
-
-/// What standard output is ready for.
-short outputState() {
-    pollfd entry{STDOUT_FILENO, POLLOUT, 0};
-    return ::poll(&entry, 1, 0) >= 0 ? entry.revents : short{0};
-}
-
-bool isReaderGone(short state) { return (state & (POLLERR | POLLNVAL)) != 0; }
 
 } // namespace
 
@@ -48,8 +40,7 @@ void ChangeLog::on(void (FanControllerViewModel::*changed)(), void (ChangeLog::*
 
 void ChangeLog::line(const JsonObjectWriter& object, const std::string& text) const {
     const std::string line = (json_ ? object.text() : timeOfDay() + "  " + text) + '\n';
-    // Where poll sees room there is room for a line: a pipe has a page of it.
-    if ((outputState() & POLLOUT) != 0 && ::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
+    if (canWrite(STDOUT_FILENO) && ::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
         QCoreApplication::quit();
     }
 }
@@ -97,7 +88,7 @@ void ChangeLog::competitor() {
 }
 
 void ChangeLog::reader() {
-    if (isReaderGone(outputState())) {
+    if (isReaderGone(STDOUT_FILENO)) {
         QCoreApplication::quit();
     }
 }

@@ -5,7 +5,7 @@
 #include "HelperClient.h"
 #include "Platform.h"
 #include "SMCService.h"
-#include "SystemHardwareInfo.h"
+#include "SystemHardwareInspector.h"
 #include "Tables.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "HardwareSections.h"
 #include "Platform.h"
-#include "SystemHardwareInfo.h"
 #include "TelemetryRecords.h"
 #include "Terminal.h"
 

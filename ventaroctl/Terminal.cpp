@@ -1,26 +1,18 @@
 #include "Terminal.h"
 
-#include <signal.h>
 #include <sys/ioctl.h>
-#include <sys/select.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
-#include <system_error>
+#include <vector>
 
 namespace ventaro {
 
 namespace {
-
-volatile sig_atomic_t endRequested = 0;
-volatile sig_atomic_t suspendRequested = 0;
-
-void onEndSignal(int /*signal*/) { endRequested = 1; }
-void onSuspendSignal(int /*signal*/) { suspendRequested = 1; }
-void onResize(int /*signal*/) {}
 
 constexpr std::string_view enterScreen = "\x1b[?1049h\x1b[?25l";
 constexpr std::string_view leaveScreen = "\x1b[?25h\x1b[?1049l";
@@ -121,24 +113,11 @@ std::string timeOfDay() {
     return text.data();
 }
 
-LiveScreen::LiveScreen(bool takeScreen) : hasScreen_(takeScreen) {
-    // Signals are let in only while waiting, so that none is missed in between.
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    struct sigaction action {};
-    const auto handle = [&](int signal, void (*handler)(int)) {
-        ::sigaddset(&signals, signal);
-        action.sa_handler = handler;
-        ::sigaction(signal, &action, nullptr);
-    };
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        handle(signal, onEndSignal);
-    }
-    if (hasScreen_) {
-        handle(SIGTSTP, onSuspendSignal);
-        handle(SIGWINCH, onResize);
-    }
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+LiveScreen::LiveScreen(bool takeScreen)
+    : signals_(takeScreen ? std::vector{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP, SIGWINCH}
+                          : std::vector{SIGINT, SIGTERM, SIGHUP, SIGQUIT}),
+      hasScreen_(takeScreen) {
+    loop_.watch(signals_.descriptor(), [this] { takeSignals(); });
     if (hasScreen_) {
         writeToTerminal(enterScreen);
     }
@@ -160,23 +139,20 @@ void LiveScreen::show(std::string_view frame) {
 }
 
 bool LiveScreen::wait(std::chrono::milliseconds time) {
-    sigset_t none;
-    ::sigemptyset(&none);
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
-    const std::chrono::nanoseconds rest = time - seconds;
-    timespec left{};
-    left.tv_sec = seconds.count();
-    left.tv_nsec = rest.count();
-    if (::pselect(0, nullptr, nullptr, nullptr, &left, &none) < 0 && errno != EINTR) {
-        throw std::system_error(errno, std::generic_category(), "pselect");
+    loop_.turn(time);
+    return !loop_.isStopped();
+}
+
+void LiveScreen::takeSignals() {
+    while (const auto arrival = signals_.take()) {
+        if (arrival->signal == SIGTSTP) {
+            writeToTerminal(leaveScreen);
+            ::raise(SIGSTOP); // goes on here once the user wants the program back
+            writeToTerminal(enterScreen);
+        } else if (arrival->signal != SIGWINCH) {
+            loop_.stop();
+        }
     }
-    if (suspendRequested != 0) {
-        suspendRequested = 0;
-        writeToTerminal(leaveScreen);
-        ::raise(SIGSTOP); // goes on here once the user wants the program back
-        writeToTerminal(enterScreen);
-    }
-    return endRequested == 0;
 }
 
 } // namespace ventaro

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "EventLoop.h"
+#include "SignalWatch.h"
 #include "TemperatureBand.h"
 
 #include <chrono>
@@ -48,10 +50,14 @@ public:
     static void show(std::string_view frame);
     /// Waits until the time is over or the terminal's size changes; false if the user or the system
     /// ends the view.
-    static bool wait(std::chrono::milliseconds time);
+    bool wait(std::chrono::milliseconds time);
 
 private:
-    bool hasScreen_;
+    void takeSignals();
+
+    const SignalWatch signals_;
+    EventLoop loop_;
+    const bool hasScreen_;
 };
 
 } // namespace ventaro

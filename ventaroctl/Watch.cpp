@@ -28,7 +28,7 @@ bool watch(Commands& commands, MachineKind machineKind, const WatchOptions& opti
     if (!inPlace && !options.json) {
         out << watchTitle(machineKind) << std::endl;
     }
-    const LiveScreen screen(inPlace);
+    LiveScreen screen(inPlace);
     for (int look = 1;; ++look) {
         const Telemetry telemetry = commands.look();
         if (inPlace) {
@@ -38,7 +38,7 @@ bool watch(Commands& commands, MachineKind machineKind, const WatchOptions& opti
             out << (options.json ? jsonLine(telemetry) : watchLine(telemetry, timeOfDay()))
                 << std::endl;
         }
-        if (!out || look == options.count || !LiveScreen::wait(options.interval)) {
+        if (!out || look == options.count || !screen.wait(options.interval)) {
             return telemetry.failure.empty();
         }
     }

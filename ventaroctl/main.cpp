@@ -1,13 +1,14 @@
 #include "CurveArgument.h"
+#include "EventLoop.h"
 #include "FileDescriptor.h"
 #include "HeadlessControl.h"
 #include "HostPlatform.h"
 #include "HostSession.h"
-#include "StopSignals.h"
+#include "SignalWatch.h"
+#include "SystemCalls.h"
 #include "Watch.h"
 
 #include <CLI/CLI.hpp>
-#include <poll.h>
 
 #include <charconv>
 #include <cstdlib>
@@ -76,10 +77,12 @@ std::vector<std::string> sourceNames() {
 void endProfilerOnSignals() {
     static const auto& signals = *new StopSignals; // the thread may outlive main
     std::thread([] {
-        pollfd entry{signals.descriptor(), POLLIN, 0};
-        ::poll(&entry, 1, -1);
-        SystemHardwareInspector::shared().endCollection();
-        std::_Exit(exitRefused);
+        EventLoop loop;
+        loop.watch(signals.descriptor(), [] {
+            SystemHardwareInspector::shared().endCollection();
+            std::_Exit(exitRefused);
+        });
+        loop.run();
     }).detach();
 }
 
@@ -89,7 +92,7 @@ std::string secondTerminalHint(const Platform& platform) {
         return {};
     }
     std::error_code ignored;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    const auto program = executablePath().value_or("ventaroctl");
     return std::string("In a second terminal: export ") + MachineRoot::environmentVariable + "=" +
            platform.machineRoot.folder().string() +
            "\nand then for example: " + std::filesystem::proximate(program, ignored).string() +

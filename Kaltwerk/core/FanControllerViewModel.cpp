@@ -1,18 +1,43 @@
 #include "FanControllerViewModel.h"
 
+#include "ControlSettings.h"
+#include "DispatchGate.h"
+#include "FanRequests.h"
+#include "HardwareInventory.h"
+#include "HelperClient.h"
+#include "HelperStatus.h"
+#include "LoginItem.h"
+#include "MonitoringTimer.h"
+#include "StatusLine.h"
+#include "StoredField.h"
+#include "TelemetryMonitor.h"
+#include "UserSession.h"
+
+#include <chrono>
+#include <utility>
+
 namespace ventaro {
+
+using Self = FanControllerViewModel;
 
 FanControllerViewModel::FanControllerViewModel(const FanControllerDependencies& dependencies,
                                                QObject* parent)
     : QObject(parent),
-      smc_(dependencies.smc),
       helper_(dependencies.helper),
-      inspector_(dependencies.inspector),
-      machineRoot_(dependencies.machineRoot),
       session_(dependencies.session),
-      tasks_(dependencies.tasks) {
-    loadSavedSettings();
-    store(fans_, smc_.readFans(), &FanControllerViewModel::fansChanged);
+      tasks_(std::make_unique<DetachedTasks>(dependencies.tasks)),
+      statusLine_(std::make_unique<StatusLine>(dependencies.machineRoot)),
+      settings_(std::make_unique<ControlSettings>(*session_.defaults)),
+      telemetry_(std::make_unique<TelemetryMonitor>(dependencies.smc, *session_.clock,
+                                                    dependencies.tasks)),
+      requests_(std::make_unique<FanRequests>(helper_, dependencies.tasks)),
+      helperStatus_(std::make_unique<HelperStatus>(helper_, *session_.runningApplications,
+                                                   dependencies.tasks)),
+      loginItem_(std::make_unique<LoginItem>(session_, dependencies.machineRoot)),
+      inventory_(std::make_unique<HardwareInventory>(dependencies.inspector, dependencies.tasks)) {
+    passOnChanges();
+    connectParts();
+    telemetry_->readFansNow();
     seedManualSpeeds();
     refreshTelemetryAsync(true);
     checkHelperAndConflictsAsync();
@@ -21,28 +46,82 @@ FanControllerViewModel::FanControllerViewModel(const FanControllerDependencies& 
 
 FanControllerViewModel::~FanControllerViewModel() = default;
 
-void FanControllerViewModel::setSensorsTabVisible(bool visible) {
-    store(isSensorsTabVisible_, visible, &FanControllerViewModel::isSensorsTabVisibleChanged);
+void FanControllerViewModel::passOnChanges() {
+    const auto passOn = [this](const auto& part, auto changed, auto ownChanged) {
+        connect(part.get(), changed, this, ownChanged);
+    };
+    passOn(statusLine_, &StatusLine::messageChanged, &Self::statusMessageChanged);
+    passOn(statusLine_, &StatusLine::isErrorChanged, &Self::isErrorStatusChanged);
+    passOn(settings_, &ControlSettings::manualRPMFan0Changed, &Self::manualRPMFan0Changed);
+    passOn(settings_, &ControlSettings::manualRPMFan1Changed, &Self::manualRPMFan1Changed);
+    passOn(settings_, &ControlSettings::linkFansChanged, &Self::linkFansInManualModeChanged);
+    passOn(settings_, &ControlSettings::curveSensorSourceChanged, &Self::curveSensorSourceChanged);
+    passOn(settings_, &ControlSettings::curvePointsChanged, &Self::curvePointsChanged);
+    passOn(settings_, &ControlSettings::resetOnQuitChanged, &Self::resetToAutoOnQuitChanged);
+    passOn(settings_, &ControlSettings::startMinimizedChanged, &Self::startMinimizedChanged);
+    passOn(telemetry_, &TelemetryMonitor::fansChanged, &Self::fansChanged);
+    passOn(telemetry_, &TelemetryMonitor::sensorsChanged, &Self::sensorsChanged);
+    passOn(telemetry_, &TelemetryMonitor::historyChanged, &Self::historyChanged);
+    passOn(telemetry_, &TelemetryMonitor::cpuMaxTempChanged, &Self::cpuMaxTempChanged);
+    passOn(telemetry_, &TelemetryMonitor::gpuMaxTempChanged, &Self::gpuMaxTempChanged);
+    passOn(telemetry_, &TelemetryMonitor::systemPowerWattsChanged, &Self::systemPowerWattsChanged);
+    passOn(telemetry_, &TelemetryMonitor::summaryTextChanged, &Self::menuBarSummaryTextChanged);
+    passOn(telemetry_, &TelemetryMonitor::isReadingChanged, &Self::isPollingInFlightChanged);
+    passOn(requests_, &FanRequests::lastTargetsChanged, &Self::lastAppliedRPMsChanged);
+    passOn(helperStatus_, &HelperStatus::isInstalledChanged, &Self::isHelperInstalledChanged);
+    passOn(helperStatus_, &HelperStatus::isInstallingChanged, &Self::isInstallingHelperChanged);
+    passOn(helperStatus_, &HelperStatus::isCompetitorRunningChanged,
+           &Self::competingProcessDetectedChanged);
+    passOn(loginItem_, &LoginItem::isEnabledChanged, &Self::launchAtLoginChanged);
+    passOn(inventory_, &HardwareInventory::sectionsChanged, &Self::hardwareSectionsChanged);
+    passOn(inventory_, &HardwareInventory::isLoadingChanged, &Self::isLoadingHardwareInfoChanged);
 }
 
-void FanControllerViewModel::setOverviewTabVisible(bool visible) {
-    store(isOverviewTabVisible_, visible, &FanControllerViewModel::isOverviewTabVisibleChanged);
+void FanControllerViewModel::connectParts() {
+    StatusLine* line = statusLine_.get();
+    connect(requests_.get(), &FanRequests::reported, line, &StatusLine::report);
+    connect(helperStatus_.get(), &HelperStatus::reported, line, &StatusLine::report);
+    connect(loginItem_.get(), &LoginItem::reported, line, &StatusLine::report);
+    connect(requests_.get(), &FanRequests::helperSeen, helperStatus_.get(),
+            &HelperStatus::setInstalled);
+    connect(requests_.get(), &FanRequests::answered, telemetry_.get(),
+            [this] { telemetry_->refresh(false); });
+    connect(helperStatus_.get(), &HelperStatus::uninstalled, this,
+            [this] { setActiveProfile(ControlProfile::systemAuto); });
 }
 
-void FanControllerViewModel::report(std::optional<std::string> message, bool isError) {
-    if (message) {
-        message = machineRoot_.withoutFolder(*std::move(message));
+void FanControllerViewModel::startMonitoring() {
+    constexpr std::chrono::seconds interval(2);
+    if (isShutDown_) {
+        return;
     }
-    store(statusMessage_, std::move(message), &FanControllerViewModel::statusMessageChanged);
-    store(isErrorStatus_, isError, &FanControllerViewModel::isErrorStatusChanged);
+    // The fire itself only puts the tick behind what the main thread has to do already.
+    timer_ = std::make_unique<MonitoringTimer>(*session_.clock, interval, [this] {
+        tasks_->later([this] {
+            if (timer_) {
+                tick();
+            }
+        });
+    });
+    Q_EMIT timerChanged();
 }
 
-void FanControllerViewModel::dismissStatusMessage() {
-    store(statusMessage_, std::nullopt, &FanControllerViewModel::statusMessageChanged);
+void FanControllerViewModel::tick() {
+    constexpr std::int64_t fullSweepRhythm = 3;   // ticks
+    constexpr std::int64_t helperCheckRhythm = 4; // ticks
+    store(this, tickCount_, tickCount_ + 1, &Self::tickCountChanged);
+    refreshTelemetryAsync(isSensorsTabVisible_ || tickCount_ % fullSweepRhythm == 1 ||
+                          sensors().empty());
+    if (tickCount_ % helperCheckRhythm == 0) {
+        checkHelperAndConflictsAsync();
+    }
+    if (activeProfile_ == ControlProfile::smartCurve) {
+        applySmartCurveStep(false);
+    }
 }
 
 void FanControllerViewModel::handleAppTermination() const {
-    if (!resetToAutoOnQuit_) {
+    if (!resetToAutoOnQuit()) {
         return;
     }
     try {
@@ -59,10 +138,18 @@ void FanControllerViewModel::shutdown() {
         return;
     }
     timer_.reset();
-    inspector_.endCollection();
-    gate_->close();
+    inventory_->endCollection();
+    dispatchGate()->close();
     handleAppTermination();
     Q_EMIT timerChanged();
+}
+
+void FanControllerViewModel::setSensorsTabVisible(bool visible) {
+    store(this, isSensorsTabVisible_, visible, &Self::isSensorsTabVisibleChanged);
+}
+
+void FanControllerViewModel::setOverviewTabVisible(bool visible) {
+    store(this, isOverviewTabVisible_, visible, &Self::isOverviewTabVisibleChanged);
 }
 
 } // namespace ventaro

@@ -1,30 +1,38 @@
 #pragma once
 
 #include "ControlProfile.h"
-#include "DispatchGate.h"
 #include "FanCurve.h"
-#include "HelperClient.h"
-#include "MonitoringTimer.h"
-#include "SMCService.h"
-#include "SavedSettings.h"
-#include "SystemHardwareInfo.h"
-#include "TaskRunner.h"
+#include "FanTargets.h"
+#include "HardwareSections.h"
+#include "TelemetryRecords.h"
 #include "TelemetrySample.h"
-#include "TelemetrySummary.h"
-#include "UserSession.h"
 
 #include <QObject>
 #include <QString>
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace ventaro {
+
+class ControlSettings;
+class DetachedTasks;
+class DispatchGate;
+class FanRequests;
+class HardwareInventory;
+class HelperClient;
+class HelperStatus;
+class LoginItem;
+class MachineRoot;
+class MonitoringTimer;
+class SMCService;
+class StatusLine;
+class SystemHardwareInspector;
+class TaskRunner;
+class TelemetryMonitor;
+struct UserSession;
 
 /// What a controller works with. All must outlive the controller and the tasks it has started.
 struct FanControllerDependencies {
@@ -36,9 +44,10 @@ struct FanControllerDependencies {
     TaskRunner& tasks;
 };
 
-/// The one controller of the application: it watches the machine, decides about the fans' speeds
-/// and has the helper set them. Every field tells of a change once its stored value really differs.
-/// Failures end in the status line; no operation throws. Main thread only.
+/// The one controller of the application, and all that the views know: it brings the parts together
+/// that watch the machine, keep the settings and have the helper set the fans, and decides what the
+/// profiles ask for. Every field tells of a change once its stored value really differs. Failures
+/// end in the status line; no operation throws. Main thread only.
 class FanControllerViewModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(std::vector<ventaro::FanReading> fans READ fans NOTIFY fansChanged)
@@ -88,42 +97,42 @@ public:
                                     QObject* parent = nullptr);
     ~FanControllerViewModel() override;
 
-    const std::vector<FanReading>& fans() const { return fans_; }
+    const std::vector<FanReading>& fans() const;
     /// Of the last full sweep.
-    const std::vector<SensorReading>& sensors() const { return sensors_; }
+    const std::vector<SensorReading>& sensors() const;
     /// The last two minutes, oldest first, at most 60.
-    const std::vector<TelemetrySample>& history() const { return history_; }
-    const std::vector<HardwareSectionData>& hardwareSections() const { return hardwareSections_; }
-    bool isLoadingHardwareInfo() const { return isLoadingHardwareInfo_; }
-    double cpuMaxTemp() const { return cpuMaxTemp_; }             ///< °C
-    double gpuMaxTemp() const { return gpuMaxTemp_; }             ///< °C
-    double systemPowerWatts() const { return systemPowerWatts_; } ///< W
-    QString menuBarSummaryText() const { return QString::fromStdString(menuBarSummaryText_); }
+    const std::vector<TelemetrySample>& history() const;
+    const std::vector<HardwareSectionData>& hardwareSections() const;
+    bool isLoadingHardwareInfo() const;
+    double cpuMaxTemp() const;       ///< °C
+    double gpuMaxTemp() const;       ///< °C
+    double systemPowerWatts() const; ///< W
+    QString menuBarSummaryText() const;
     ControlProfile activeProfile() const { return activeProfile_; }
-    double manualRPMFan0() const { return manualRPMFan0_; } ///< RPM
-    double manualRPMFan1() const { return manualRPMFan1_; } ///< RPM
-    bool linkFansInManualMode() const { return linkFansInManualMode_; }
-    CurveSensorSource curveSensorSource() const { return curveSensorSource_; }
+    double manualRPMFan0() const; ///< RPM
+    double manualRPMFan1() const; ///< RPM
+    bool linkFansInManualMode() const;
+    CurveSensorSource curveSensorSource() const;
     /// As they were stored, in any order.
-    const std::vector<CurvePoint>& curvePoints() const { return curvePoints_; }
+    const std::vector<CurvePoint>& curvePoints() const;
     /// In percent, also beyond 0 to 100 where the curve goes there.
     double currentCurveTargetPercent() const { return currentCurveTargetPercent_; }
-    bool isHelperInstalled() const { return isHelperInstalled_; }
-    bool isInstallingHelper() const { return isInstallingHelper_; }
+    bool isHelperInstalled() const;
+    bool isInstallingHelper() const;
     /// The one line for the user, German.
-    const std::optional<std::string>& statusMessage() const { return statusMessage_; }
-    bool hasStatusMessage() const { return statusMessage_.has_value(); }
-    bool isErrorStatus() const { return isErrorStatus_; }
-    bool competingProcessDetected() const { return competingProcessDetected_; }
-    bool resetToAutoOnQuit() const { return resetToAutoOnQuit_; }
-    bool launchAtLogin() const { return launchAtLogin_; }
-    bool startMinimized() const { return startMinimized_; }
+    const std::optional<std::string>& statusMessage() const;
+    bool hasStatusMessage() const { return statusMessage().has_value(); }
+    bool isErrorStatus() const;
+    bool competingProcessDetected() const;
+    bool resetToAutoOnQuit() const;
+    bool launchAtLogin() const;
+    bool startMinimized() const;
     bool isSensorsTabVisible() const { return isSensorsTabVisible_; }
     bool isOverviewTabVisible() const { return isOverviewTabVisible_; }
     bool isMonitoring() const { return timer_ != nullptr; }
-    bool isPollingInFlight() const { return isPollingInFlight_; }
+    bool isPollingInFlight() const;
     /// The targets last handed to the helper, in RPM, by fan index.
-    const std::map<int, double>& lastAppliedRPMs() const { return lastAppliedRPMs_; }
+    const FanTargets& lastAppliedRPMs() const;
     std::int64_t tickCount() const { return tickCount_; }
 
     // Writing these changes the field alone: nothing is saved, nothing is sent.
@@ -187,7 +196,7 @@ public:
 
     /// What every fan request goes through: closed, it holds the next ones back, for the end of a
     /// process that cannot come to `shutdown`. Lives as long as anything that sends.
-    const std::shared_ptr<DispatchGate>& dispatchGate() const { return gate_; }
+    const std::shared_ptr<DispatchGate>& dispatchGate() const;
 
 Q_SIGNALS:
     void fansChanged();
@@ -222,121 +231,34 @@ Q_SIGNALS:
     void tickCountChanged();
 
 private:
-    /// What one refresh has read.
-    struct Telemetry {
-        std::vector<FanReading> fans;
-        std::optional<std::vector<SensorReading>> sensors; ///< of a full sweep only
-        TelemetrySummary summary;
-        TelemetrySample sample;
-        std::string summaryText;
-    };
-    /// How a dispatch ended.
-    struct DispatchOutcome {
-        enum class Kind {
-            notReady,  ///< no helper that can be used
-            failed,    ///< a request did not get through
-            answered,  ///< every request was answered
-            withdrawn, ///< the program is on its way out
-        };
-        Kind kind;
-        std::string failure;
-        std::vector<HelperResponse> answers;
-    };
-    /// How an installation or removal ended.
-    struct InstallationOutcome {
-        std::optional<std::string> failure;
-        bool isHelperActive = false;
-    };
-
-    template<typename T, typename U = T>
-    void store(T& field, U&& value, void (FanControllerViewModel::*changed)()) {
-        if (field == value) {
-            return;
-        }
-        field = std::forward<U>(value);
-        (this->*changed)();
-    }
-    /// Runs `work` beside the main thread and hands its result to `publish` on it, if the
-    /// controller still exists then.
-    template<typename Work, typename Publish>
-    void runDetached(TaskPriority priority, Work work, Publish publish) {
-        tasks_.detach(priority,
-                      [work, publish, life = std::weak_ptr(life_)]() -> TaskRunner::Action {
-                          return [result = work(), publish, life] {
-                              if (!life.expired()) {
-                                  publish(result);
-                              }
-                          };
-                      });
-    }
-
-    QString statusText() const { return QString::fromStdString(statusMessage_.value_or("")); }
-    void report(std::optional<std::string> message, bool isError);
-
-    void loadSavedSettings();
-    SavedSettings settings() const;
+    QString statusText() const { return QString::fromStdString(statusMessage().value_or("")); }
+    void passOnChanges();
+    void connectParts();
     void seedManualSpeeds();
-
-    void tick();
-    static Telemetry readTelemetry(SMCService& smc, const Clock& clock, bool includeAllSensors);
-    void publish(const Telemetry& telemetry);
-
+    void setActiveProfile(ControlProfile profile);
     void setManualSpeedsToFraction(double fraction);
     void sendManualSpeeds();
+    void tick();
 
-    void sendTargetRPMs(double fan0, double fan1, bool silentSuccess);
-    void sendResetAllToAuto();
-    void dispatch(std::vector<HelperRequest> requests,
-                  std::function<void(const std::vector<HelperResponse>&)> publishAnswers);
-    static DispatchOutcome carryOut(const std::vector<HelperRequest>& requests,
-                                    const HelperClient& helper, DispatchGate& gate);
-    void publishTargets(double fan0, double fan1, bool silentSuccess,
-                        const std::vector<HelperResponse>& answers);
-
-    std::string loginItemText() const;
-
-    SMCService& smc_;
     const HelperClient& helper_;
-    const SystemHardwareInspector& inspector_;
-    const MachineRoot& machineRoot_;
     UserSession& session_;
-    TaskRunner& tasks_;
 
-    std::vector<FanReading> fans_;
-    std::vector<SensorReading> sensors_;
-    std::vector<TelemetrySample> history_;
-    std::vector<HardwareSectionData> hardwareSections_;
-    bool isLoadingHardwareInfo_ = false;
-    double cpuMaxTemp_ = 0;
-    double gpuMaxTemp_ = 0;
-    double systemPowerWatts_ = 0;
-    std::string menuBarSummaryText_ = "-- RPM · --°C";
+    const std::unique_ptr<DetachedTasks> tasks_;
+    const std::unique_ptr<StatusLine> statusLine_;
+    const std::unique_ptr<ControlSettings> settings_;
+    const std::unique_ptr<TelemetryMonitor> telemetry_;
+    const std::unique_ptr<FanRequests> requests_;
+    const std::unique_ptr<HelperStatus> helperStatus_;
+    const std::unique_ptr<LoginItem> loginItem_;
+    const std::unique_ptr<HardwareInventory> inventory_;
+    std::unique_ptr<MonitoringTimer> timer_;
+
     ControlProfile activeProfile_ = ControlProfile::systemAuto;
-    double manualRPMFan0_ = initialManualRPMFan0;
-    double manualRPMFan1_ = initialManualRPMFan1;
-    bool linkFansInManualMode_ = false;
-    CurveSensorSource curveSensorSource_ = CurveSensorSource::maxCpuGpu;
-    std::vector<CurvePoint> curvePoints_ = defaultCurve();
     double currentCurveTargetPercent_ = 0;
-    bool isHelperInstalled_ = false;
-    bool isInstallingHelper_ = false;
-    std::optional<std::string> statusMessage_;
-    bool isErrorStatus_ = false;
-    bool competingProcessDetected_ = false;
-    bool resetToAutoOnQuit_ = true;
-    bool launchAtLogin_ = false;
-    bool startMinimized_ = true;
     bool isSensorsTabVisible_ = false;
     bool isOverviewTabVisible_ = true;
-    std::unique_ptr<MonitoringTimer> timer_;
-    bool isPollingInFlight_ = false;
-    std::map<int, double> lastAppliedRPMs_;
     std::int64_t tickCount_ = 0;
-
-    const std::shared_ptr<DispatchGate> gate_ = std::make_shared<DispatchGate>();
     bool isShutDown_ = false;
-    /// Held by the controller alone: tasks see from it whether the controller still exists.
-    const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };
 
 } // namespace ventaro

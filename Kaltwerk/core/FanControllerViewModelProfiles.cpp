@@ -1,16 +1,28 @@
+#include "ControlSettings.h"
+#include "CurveStep.h"
 #include "FanControllerViewModel.h"
 #include "FanRange.h"
+#include "FanRequests.h"
+#include "StoredField.h"
+
+#include <algorithm>
 
 namespace ventaro {
 
+using Self = FanControllerViewModel;
+
+void FanControllerViewModel::setActiveProfile(ControlProfile profile) {
+    store(this, activeProfile_, profile, &Self::activeProfileChanged);
+}
+
 void FanControllerViewModel::selectProfile(ControlProfile profile) {
-    store(activeProfile_, profile, &FanControllerViewModel::activeProfileChanged);
+    setActiveProfile(profile);
     saveSettings();
-    store(lastAppliedRPMs_, {}, &FanControllerViewModel::lastAppliedRPMsChanged);
+    requests_->forgetTargets();
     if (const auto fraction = presetFraction(profile)) {
         applyPresetPercentage(*fraction);
     } else if (profile == ControlProfile::systemAuto) {
-        sendResetAllToAuto();
+        requests_->sendResetAllToAuto();
     } else if (profile == ControlProfile::smartCurve) {
         applySmartCurveStep(true);
     } else {
@@ -18,17 +30,29 @@ void FanControllerViewModel::selectProfile(ControlProfile profile) {
     }
 }
 
+void FanControllerViewModel::seedManualSpeeds() {
+    const auto present = [](const FanReading& fan) {
+        return std::max(fan.minRPM, std::min(fan.targetRPM, fan.maxRPM));
+    };
+    if (const FanReading* fan = findFan(fans(), 0)) {
+        setManualRPMFan0(present(*fan));
+    }
+    if (const FanReading* fan = findFan(fans(), 1)) {
+        setManualRPMFan1(present(*fan));
+    }
+}
+
 void FanControllerViewModel::setManualSpeedsToFraction(double fraction) {
-    if (const FanReading* fan = findFan(fans_, 0)) {
+    if (const FanReading* fan = findFan(fans(), 0)) {
         setManualRPMFan0(mapToRange(fraction, {fan->minRPM, fan->maxRPM}));
     }
-    if (const FanReading* fan = findFan(fans_, 1)) {
+    if (const FanReading* fan = findFan(fans(), 1)) {
         setManualRPMFan1(mapToRange(fraction, {fan->minRPM, fan->maxRPM}));
     }
 }
 
 void FanControllerViewModel::sendManualSpeeds() {
-    sendTargetRPMs(manualRPMFan0_, manualRPMFan1_, false);
+    requests_->sendTargetRPMs(manualRPMFan0(), manualRPMFan1(), false);
 }
 
 void FanControllerViewModel::applyPresetPercentage(double fraction) {
@@ -44,9 +68,28 @@ void FanControllerViewModel::setManualPercentageForBoth(double fraction) {
 }
 
 void FanControllerViewModel::applyManualSpeeds() {
-    store(activeProfile_, ControlProfile::manual, &FanControllerViewModel::activeProfileChanged);
+    setActiveProfile(ControlProfile::manual);
     saveSettings();
     sendManualSpeeds();
+}
+
+double FanControllerViewModel::currentSourceTemperature() const {
+    return temperatureOf(curveSensorSource(), cpuMaxTemp(), gpuMaxTemp());
+}
+
+double FanControllerViewModel::evaluateCurvePercent(double temperature) const {
+    return ventaro::evaluateCurvePercent(curvePoints(), temperature);
+}
+
+void FanControllerViewModel::applySmartCurveStep(bool force) {
+    const CurveStep step = curveStep(curvePoints(), currentSourceTemperature(), fans());
+    if (isWorthShowing(step.percent, currentCurveTargetPercent_)) {
+        store(this, currentCurveTargetPercent_, step.percent,
+              &Self::currentCurveTargetPercentChanged);
+    }
+    if (force || isWorthSending(step, lastAppliedRPMs())) {
+        requests_->sendTargetRPMs(step.fan0, step.fan1, true);
+    }
 }
 
 } // namespace ventaro

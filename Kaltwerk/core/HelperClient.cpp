@@ -1,6 +1,7 @@
 #include "HelperClient.h"
 
 #include "Platform.h"
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <array>
@@ -89,7 +90,7 @@ HelperClient::HelperClient(std::filesystem::path socketPath,
 
 HelperResponse HelperClient::sendSocketRequest(const HelperRequest& request) const {
     using Code = HelperClientError::Code;
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const FileDescriptor socket = makeUnixSocket(Blocking::yes);
     if (!socket) {
         throw HelperClientError(Code::socketNotCreated);
     }

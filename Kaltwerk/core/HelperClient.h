@@ -18,8 +18,6 @@ namespace ventaro {
 /// A failure of the helper channel. `description()` is the German sentence that the user reads.
 class HelperClientError : public std::exception {
 public:
-    static constexpr const char* domain = "HelperClient";
-
     enum class Code {
         socketNotCreated = 1,
         notReachable = 2,

@@ -1,16 +1,11 @@
 #include "ThreadTaskRunner.h"
 
-#include "FileDescriptor.h"
-#include "ThreadPriority.h"
-
-#include <sys/eventfd.h>
-#include <unistd.h>
+#include "SystemCalls.h"
+#include "WakeUp.h"
 
 #include <QSocketNotifier>
 #include <array>
-#include <cerrno>
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <system_error>
@@ -43,13 +38,7 @@ constexpr std::array<int, queueCount> nicenessOfQueue{0, 5, 10};
 /// What the threads share with the runner, and what outlives it as long as one of them works.
 class ThreadTaskRunner::State : public std::enable_shared_from_this<State> {
 public:
-    State() : wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-        if (!wakeUp_) {
-            throw std::system_error(errno, std::generic_category(), "eventfd");
-        }
-    }
-
-    int wakeUpDescriptor() const { return wakeUp_.get(); }
+    int wakeUpDescriptor() const { return wakeUp_.descriptor(); }
 
     void add(std::size_t index, Work work) {
         const std::lock_guard guard(lock_);
@@ -57,7 +46,7 @@ public:
         ++unfinished_;
         // Every queue, for the work that found no thread when it came.
         for (std::size_t each = 0; each < queueCount; ++each) {
-            staff(each);
+            provideThread(each);
         }
     }
 
@@ -67,14 +56,12 @@ public:
             return;
         }
         actions_.push_back(std::move(action));
-        const std::uint64_t one = 1;
-        [[maybe_unused]] const ssize_t written = ::write(wakeUp_.get(), &one, sizeof one);
+        wakeUp_.signal();
     }
 
     /// False if there was none. An action may run an event loop, in which the next ones follow.
     bool carryOutActions() {
-        std::uint64_t wakeUps = 0;
-        [[maybe_unused]] const ssize_t bytes = ::read(wakeUp_.get(), &wakeUps, sizeof wakeUps);
+        wakeUp_.take();
         bool any = false;
         while (Action action = takeAction()) {
             any = true;
@@ -115,7 +102,7 @@ private:
     }
 
     /// Sees to it that the queue has a thread for each piece of its work.
-    void staff(std::size_t index) {
+    void provideThread(std::size_t index) {
         Queue& queue = queues_[index];
         if (queue.work.empty()) {
             return;
@@ -154,7 +141,7 @@ private:
         }
     }
 
-    const FileDescriptor wakeUp_;
+    const WakeUp wakeUp_;
     std::mutex lock_; ///< guards the fields below
     std::array<Queue, queueCount> queues_;
     std::deque<Action> actions_;

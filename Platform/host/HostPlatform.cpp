@@ -1,6 +1,7 @@
 #include "HostPlatform.h"
 
 #include "LinuxPlatform.h"
+#include "MachineRootChoice.h"
 #include "SimulatedPlatform.h"
 
 #include <cstdlib>

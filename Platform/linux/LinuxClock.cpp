@@ -1,5 +1,7 @@
 #include "LinuxClock.h"
 
+#include "FileDescriptor.h"
+
 #include <sys/timerfd.h>
 #include <unistd.h>
 
@@ -25,8 +27,7 @@ private:
     FileDescriptor timer_;
 };
 
-} // namespace
-
+/// Can be read every `interval`, first one interval from now.
 FileDescriptor makeTimerDescriptor(std::chrono::milliseconds interval) {
     FileDescriptor timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(interval);
@@ -40,6 +41,8 @@ FileDescriptor makeTimerDescriptor(std::chrono::milliseconds interval) {
     }
     return timer;
 }
+
+} // namespace
 
 std::chrono::system_clock::time_point LinuxClock::now() const {
     return std::chrono::system_clock::now();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Clock.h"
-#include "FileDescriptor.h"
 
 namespace ventaro {
 
@@ -11,9 +10,5 @@ public:
     std::chrono::system_clock::time_point now() const override;
     std::unique_ptr<Ticker> ticker(std::chrono::milliseconds interval) override;
 };
-
-/// A kernel timer that can be read every `interval`, first one interval from now. Throws
-/// std::system_error.
-FileDescriptor makeTimerDescriptor(std::chrono::milliseconds interval);
 
 } // namespace ventaro

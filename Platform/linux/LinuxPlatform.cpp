@@ -11,14 +11,14 @@ public:
     IOObject serviceGetMatchingService(const IOServiceMatch& /*matching*/) override { return 0; }
     KernelReturn serviceOpen(IOObject /*service*/, std::uint32_t /*type*/,
                              IOConnection& /*connection*/) override {
-        return kIOReturnNoDevice;
+        return KernelCode::noDevice;
     }
-    KernelReturn objectRelease(IOObject /*object*/) override { return kIOReturnBadArgument; }
-    KernelReturn serviceClose(IOConnection /*connection*/) override { return kIOReturnNotOpen; }
+    KernelReturn objectRelease(IOObject /*object*/) override { return KernelCode::badArgument; }
+    KernelReturn serviceClose(IOConnection /*connection*/) override { return KernelCode::notOpen; }
     KernelReturn connectCallStructMethod(IOConnection /*connection*/, std::uint32_t /*selector*/,
                                          const void* /*input*/, std::size_t /*inputSize*/,
                                          void* /*output*/, std::size_t& /*outputSize*/) override {
-        return kIOReturnNotOpen;
+        return KernelCode::notOpen;
     }
 };
 

@@ -4,11 +4,11 @@
 #include "LinuxClock.h"
 #include "LinuxHostInformation.h"
 #include "ProcessTable.h"
+#include "SystemCalls.h"
 
 #include <pwd.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace ventaro {
@@ -21,8 +21,7 @@ class NoAdministratorScripts final : public AdministratorScripts {
 public:
     std::optional<std::string> unavailableBecause() const override {
         return "Auf diesem Rechner lässt sich der Hintergrund-Helper nicht installieren: Er "
-               "steuert "
-               "die Lüfter eines MacBook Pro und braucht macOS.";
+               "steuert die Lüfter eines MacBook Pro und braucht macOS.";
     }
     std::unique_ptr<AdministratorScript> compile(const std::string& /*source*/) override {
         return nullptr;
@@ -49,26 +48,15 @@ fs::path configurationFolder() {
 
 } // namespace
 
-Bundle currentBundle() {
-    std::error_code error;
-    fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    return {error ? std::nullopt : std::optional(std::move(executable)), std::nullopt};
-}
-
-void logToStandardError(const std::string& line) {
-    std::fprintf(stderr, "ventaro: %s\n", line.c_str());
-}
-
 UserSession makeLinuxSession() {
     const fs::path configuration = configurationFolder();
     UserSession session;
-    session.bundle = currentBundle();
+    session.bundle.executable = executablePath();
     session.loginItem = {LoginMechanism::xdgAutostart,
                          configuration / "autostart/com.ventaro.app.desktop"};
     session.windowSizeFile = configuration / "ventaro/window-size";
     session.clock = std::make_unique<LinuxClock>();
-    session.defaults =
-        std::make_unique<FileDefaults>(configuration / "ventaro/settings.cbor", logToStandardError);
+    session.defaults = std::make_unique<FileDefaults>(configuration / "ventaro/settings.cbor");
     session.administratorScripts = std::make_unique<NoAdministratorScripts>();
     session.hostInformation = std::make_unique<LinuxHostInformation>();
     session.runningApplications = std::make_unique<ProcessTable>();

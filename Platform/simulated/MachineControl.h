@@ -9,10 +9,11 @@
 
 namespace ventaro {
 
-/// Where the simulator of a machine takes commands: one packet of words that end in a zero byte,
-/// answered by one packet of an exit code and a text.
+/// Where the simulator of a machine takes commands: a stream of words that end in a zero byte,
+/// closed behind the last one, and answered by an exit code in one byte and a text.
 constexpr const char* machineControlSocketPath = "/var/run/ventaro-simulator/control.sock";
-constexpr std::size_t largestControlPacket = 65536;
+/// The longest command and the longest answer, in bytes.
+constexpr std::size_t largestControlMessage = 65536;
 
 /// A command to a running machine: a few words.
 using MachineCommand = std::vector<std::string>;

@@ -3,12 +3,11 @@
 #include "SmcWire.h"
 #include "UnixSocket.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <span>
 
 namespace ventaro {
 
@@ -17,20 +16,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr IOObject serviceObject = 1;
-
-bool waitUntilReadable(int socket, Clock::time_point deadline) {
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd entry{socket, POLLIN, 0};
-        const int ready = ::poll(&entry, 1, static_cast<int>(std::max<long>(0, left.count())));
-        if (ready > 0) {
-            return true;
-        }
-        if (ready == 0 || errno != EINTR) {
-            return false;
-        }
-    }
-}
 
 } // namespace
 
@@ -48,26 +33,26 @@ IOObject SimulatedIOKit::serviceGetMatchingService(const IOServiceMatch& matchin
 KernelReturn SimulatedIOKit::serviceOpen(IOObject service, std::uint32_t /*type*/,
                                          IOConnection& connection) {
     if (service != serviceObject) {
-        return kIOReturnBadArgument;
+        return KernelCode::badArgument;
     }
     auto client = std::make_shared<UserClient>();
     client->socket = connect(Clock::now() + deadline_);
     if (!client->socket) {
-        return kIOReturnNoDevice;
+        return KernelCode::noDevice;
     }
     const std::lock_guard guard(lock_);
     connection = ++lastHandle_;
     clients_.emplace(connection, std::move(client));
-    return kIOReturnSuccess;
+    return KernelCode::success;
 }
 
 KernelReturn SimulatedIOKit::objectRelease(IOObject object) {
-    return object == serviceObject ? kIOReturnSuccess : kIOReturnBadArgument;
+    return object == serviceObject ? KernelCode::success : KernelCode::badArgument;
 }
 
 KernelReturn SimulatedIOKit::serviceClose(IOConnection connection) {
     const std::lock_guard guard(lock_);
-    return clients_.erase(connection) == 1 ? kIOReturnSuccess : kIOReturnBadArgument;
+    return clients_.erase(connection) == 1 ? KernelCode::success : KernelCode::badArgument;
 }
 
 KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
@@ -76,16 +61,17 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
                                                      std::size_t& outputSize) {
     const auto client = find(connection);
     if (!client) {
-        return kIOReturnNotOpen;
+        return KernelCode::notOpen;
     }
     if (inputSize > SmcWire::maximumBlockSize || outputSize > SmcWire::maximumBlockSize) {
-        return kIOReturnBadArgument;
+        return KernelCode::badArgument;
     }
     const auto deadline = Clock::now() + deadline_;
     const std::lock_guard guard(client->lock);
 
     std::array<std::byte, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> packet;
-    const SmcWire::RequestHeader request{selector, static_cast<std::uint32_t>(outputSize)};
+    const SmcWire::RequestHeader request{selector, static_cast<std::uint32_t>(inputSize),
+                                         static_cast<std::uint32_t>(outputSize)};
     std::memcpy(packet.data(), &request, sizeof request);
     std::memcpy(packet.data() + sizeof request, input, inputSize);
 
@@ -102,29 +88,28 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
         client->socket = connect(deadline);
         if (!send()) {
             client->socket.reset();
-            return kIOReturnNoDevice;
+            return KernelCode::noDevice;
         }
     }
-    if (!waitUntilReadable(client->socket.get(), deadline)) {
+    SmcWire::AnswerHeader answer{};
+    errno = 0;
+    const auto receive = [&](std::span<std::byte> bytes) {
+        return receiveAll(client->socket.get(), bytes, deadline);
+    };
+    if (!receive(std::as_writable_bytes(std::span(&answer, 1))) || answer.outputSize > outputSize ||
+        !receive({static_cast<std::byte*>(output), answer.outputSize})) {
+        const bool isLate = errno == ETIMEDOUT;
         // A late answer must not be taken for the next one.
         client->socket.reset();
-        return kIOReturnTimeout;
+        return isLate ? KernelCode::timeout : KernelCode::noDevice;
     }
-    const ssize_t received = ::recv(client->socket.get(), packet.data(), packet.size(), 0);
-    SmcWire::AnswerHeader answer{};
-    if (received < static_cast<ssize_t>(sizeof answer)) {
-        client->socket.reset();
-        return kIOReturnNoDevice;
-    }
-    std::memcpy(&answer, packet.data(), sizeof answer);
-    outputSize = std::min(outputSize, static_cast<std::size_t>(received) - sizeof answer);
-    std::memcpy(output, packet.data() + sizeof answer, outputSize);
+    outputSize = answer.outputSize;
     return answer.kernelReturn;
 }
 
 FileDescriptor SimulatedIOKit::connect(Clock::time_point deadline) const {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    return connectToUnixSocket(socketPath_, SOCK_SEQPACKET, left);
+    return connectToUnixSocket(socketPath_, left);
 }
 
 std::shared_ptr<SimulatedIOKit::UserClient> SimulatedIOKit::find(IOConnection connection) {

@@ -5,8 +5,9 @@
 
 namespace ventaro {
 
-/// The packets between a process and the SMC of a simulated MacBook: SOCK_SEQPACKET, one request
-/// and one answer at a time, in the host's byte order. The service exists while its socket accepts.
+/// The stream between a process and the SMC of a simulated MacBook: one request and one answer at a
+/// time, each a header and the block it announces, in the host's byte order. The service exists
+/// while its socket accepts.
 namespace SmcWire {
 
 /// The driver's class name, the only service of the simulated machine.
@@ -20,17 +21,18 @@ constexpr const char* rootSocketPath = "/var/run/ventaro-simulator/smc-root.sock
 constexpr const char* accessVariable = "VENTARO_MACHINE_ACCESS";
 constexpr const char* rootAccess = "root";
 
-/// The longest parameter block a packet carries, in bytes.
+/// The longest parameter block, in bytes.
 constexpr std::size_t maximumBlockSize = 256;
 
 struct RequestHeader {
     std::uint32_t selector;
+    std::uint32_t inputSize;  ///< bytes that follow
     std::uint32_t outputRoom; ///< bytes the caller has room for
 };
 
 struct AnswerHeader {
     std::int32_t kernelReturn;
-    std::uint32_t reserved;
+    std::uint32_t outputSize; ///< bytes that follow
 };
 
 } // namespace SmcWire

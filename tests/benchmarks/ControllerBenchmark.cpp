@@ -1,14 +1,16 @@
 #include "CompetingPrograms.h"
 #include "FanControllerViewModel.h"
-#include "FileDescriptor.h"
+#include "HelperClient.h"
 #include "InProcessIOKit.h"
 #include "LinuxHostInformation.h"
+#include "ManualSession.h"
 #include "ProcessTable.h"
+#include "SMCService.h"
+#include "SystemHardwareInspector.h"
 #include "ThreadTaskRunner.h"
+#include "UserSession.h"
 
 #include <benchmark/benchmark.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -25,37 +27,10 @@ public:
     void store(const std::vector<Entry>& /*entries*/) override {}
 };
 
-class EventClock final : public Clock {
-public:
-    std::chrono::system_clock::time_point now() const override {
-        return std::chrono::system_clock::now();
-    }
-    std::unique_ptr<Ticker> ticker(std::chrono::milliseconds /*interval*/) override {
-        auto ticker = std::make_unique<EventTicker>();
-        event_ = ticker->descriptor();
-        return ticker;
-    }
-    void tick() const {
-        const std::uint64_t one = 1;
-        [[maybe_unused]] const ssize_t written = ::write(event_, &one, sizeof one);
-    }
-
-private:
-    struct EventTicker final : Ticker {
-        int descriptor() const override { return event.get(); }
-        void acknowledge() override {
-            std::uint64_t count = 0;
-            [[maybe_unused]] const ssize_t bytes = ::read(event.get(), &count, sizeof count);
-        }
-        const FileDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    };
-    int event_ = -1;
-};
-
 /// A controller on a machine in this process, without a helper.
 struct Bench {
     Bench() {
-        session.clock = std::make_unique<EventClock>();
+        session.clock = std::make_unique<ManualClock>();
         session.defaults = std::make_unique<MemoryDefaults>();
         session.runningApplications = std::make_unique<ProcessTable>();
         controller.emplace(
@@ -69,7 +44,7 @@ struct Bench {
         const auto connection =
             QObject::connect(&*controller, &FanControllerViewModel::historyChanged,
                              [&published] { published = true; });
-        static_cast<EventClock&>(*session.clock).tick();
+        static_cast<ManualClock&>(*session.clock).tick();
         const double before = mainThreadTime();
         while (!published) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -48,7 +48,7 @@ pid_t startEchoServer(const FileDescriptor& listener) {
 void exchangeEcho(const std::filesystem::path& path) {
     constexpr std::string_view request = R"({"action":"ping"})";
     std::array<char, maximumHelperMessageSize> buffer;
-    const FileDescriptor socket = connectToUnixSocket(path, SOCK_STREAM, std::chrono::seconds(2));
+    const FileDescriptor socket = connectToUnixSocket(path, std::chrono::seconds(2));
     ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
     if (::recv(socket.get(), buffer.data(), buffer.size(), 0) <= 0) {
         std::abort();
@@ -84,7 +84,7 @@ void comparePing(const std::filesystem::path& helperPath, int helperProcess) {
     const std::filesystem::path echoPath = helperPath.parent_path() / "echo.sock";
     bindProcess(helperProcess, true);
     bindProcess(0, true);
-    const FileDescriptor listener = listenOnUnixSocket(echoPath, SOCK_STREAM, 0600);
+    const FileDescriptor listener = listenOnUnixSocket(echoPath, 0600);
     ::fcntl(listener.get(), F_SETFL, 0); // blocking, as a bare server is
     const pid_t echoServer = startEchoServer(listener);
     const HelperClient client(helperPath);

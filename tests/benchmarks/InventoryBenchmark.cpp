@@ -1,5 +1,5 @@
 #include "LinuxHostInformation.h"
-#include "SystemHardwareInfo.h"
+#include "SystemHardwareInspector.h"
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>

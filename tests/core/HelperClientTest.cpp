@@ -63,8 +63,7 @@ std::string receive(int client) {
 class ScriptedHelper {
 public:
     ScriptedHelper(const std::filesystem::path& path, std::function<void(int client)> script)
-        : listener_(listenOnUnixSocket(path, SOCK_STREAM, 0600)),
-          thread_([this, script = std::move(script)] {
+        : listener_(listenOnUnixSocket(path, 0600)), thread_([this, script = std::move(script)] {
               pollfd entry{listener_.get(), POLLIN, 0};
               ::poll(&entry, 1, -1);
               const FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
@@ -124,7 +123,7 @@ TEST_F(HelperExchange, WithoutAListenerTheConstantPathIsNamed) {
         "Hintergrund-Helper nicht erreichbar (/var/run/com.ventaro.helper.sock).";
     EXPECT_EQ(outcomeAt(client), 2);
     EXPECT_EQ(description_, sentence);
-    listenOnUnixSocket(path_, SOCK_STREAM, 0600); // and closed at once: a stale file
+    listenOnUnixSocket(path_, 0600); // and closed at once: a stale file
     EXPECT_EQ(outcomeAt(client), 2);
     EXPECT_FALSE(client.isDaemonActive());
 }
@@ -253,7 +252,7 @@ TEST_F(HelperExchange, NoPathLeaksADescriptor) {
 
 TEST_F(HelperExchange, ManyThreadsAtOnceEachHaveTheirOwnConnection) {
     constexpr int exchanges = 40;
-    const FileDescriptor listener = listenOnUnixSocket(path_, SOCK_STREAM, 0600);
+    const FileDescriptor listener = listenOnUnixSocket(path_, 0600);
     std::thread helper([&] {
         for (int served = 0; served < exchanges; ++served) {
             pollfd entry{listener.get(), POLLIN, 0};

@@ -1,4 +1,6 @@
 #include "ControllerFixture.h"
+#include "DispatchGate.h"
+#include "MonitoringTimer.h"
 #include "ThreadTaskRunner.h"
 
 #include <gmock/gmock.h>

@@ -1,9 +1,12 @@
 #include "FanControllerViewModel.h"
 #include "FanRange.h"
+#include "HelperClient.h"
+#include "HostSession.h"
 #include "MachineControl.h"
+#include "SMCService.h"
 #include "SimulatedMachine.h"
 #include "SimulatedPlatform.h"
-#include "SimulatedSession.h"
+#include "SystemHardwareInspector.h"
 #include "ThreadTaskRunner.h"
 
 #include <gmock/gmock.h>
@@ -67,7 +70,8 @@ private:
     SimulatedMachine machine_;
     MachineRoot root_{machine_.root()};
     Platform platform_ = makeSimulatedPlatform(root_);
-    UserSession session_ = makeSimulatedSession(root_);
+    const std::shared_ptr<UserSession> owner_ = makeHostSession(platform_);
+    UserSession& session_ = *owner_;
     fs::path bundle_;
     SMCService smc_{*platform_.ioKit};
     HelperClient client_{root_.resolve(HelperConstants::socketPath),

@@ -60,7 +60,7 @@ public:
         }
     }
     FileDescriptor connect() const {
-        FileDescriptor client = connectToUnixSocket(socketPath_, SOCK_STREAM, milliseconds(60000));
+        FileDescriptor client = connectToUnixSocket(socketPath_, milliseconds(60000));
         setSocketTimeout(client.get(), SO_RCVTIMEO, milliseconds(60000));
         return client;
     }
@@ -292,7 +292,7 @@ TEST_F(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
     EXPECT_TRUE(hasAsked);
     EXPECT_FALSE(std::filesystem::exists(path)) << "the socket is removed at the end";
 
-    listenOnUnixSocket(path, SOCK_STREAM, 0600); // a stale file
+    listenOnUnixSocket(path, 0600); // a stale file
     EXPECT_NO_THROW(another(path));
 
     writeFile(path, "precious");

@@ -1,4 +1,5 @@
 #include "HostPlatform.h"
+#include "MachineRootChoice.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>

@@ -25,7 +25,7 @@ public:
     ScriptedService(const std::filesystem::path& path, Answer answer)
         : path_(path),
           answer_(std::move(answer)),
-          listener_(listenOnUnixSocket(path, SOCK_SEQPACKET, 0600)),
+          listener_(listenOnUnixSocket(path, 0600)),
           thread_([this] { serve(); }) {}
     ~ScriptedService() {
         stop_ = true;
@@ -40,8 +40,10 @@ private:
             if (FileDescriptor next{::accept(listener_.get(), nullptr, nullptr)}) {
                 client = std::move(next);
             }
-            SmcWire::RequestHeader request{};
-            if (client && ::recv(client.get(), &request, sizeof request, MSG_DONTWAIT) > 0) {
+            std::array<char, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> bytes{};
+            if (client && ::recv(client.get(), bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
+                SmcWire::RequestHeader request{};
+                std::memcpy(&request, bytes.data(), sizeof request);
                 const std::string reply = answer_(request.selector);
                 if (reply == "close") {
                     client.reset();
@@ -61,7 +63,7 @@ private:
 };
 
 std::string answerWith(KernelReturn kernelReturn, const std::string& output) {
-    const SmcWire::AnswerHeader header{kernelReturn, 0};
+    const SmcWire::AnswerHeader header{kernelReturn, static_cast<std::uint32_t>(output.size())};
     return std::string(reinterpret_cast<const char*>(&header), sizeof header) + output;
 }
 
@@ -71,8 +73,8 @@ protected:
         const IOObject service = ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleSMC"));
         EXPECT_NE(service, 0U);
         IOConnection connection = 0;
-        EXPECT_EQ(ioKit.serviceOpen(service, 0, connection), kIOReturnSuccess);
-        EXPECT_EQ(ioKit.objectRelease(service), kIOReturnSuccess);
+        EXPECT_EQ(ioKit.serviceOpen(service, 0, connection), KernelCode::success);
+        EXPECT_EQ(ioKit.objectRelease(service), KernelCode::success);
         return connection;
     }
     KernelReturn call(IOKit& ioKit, IOConnection connection, std::uint32_t selector = 2) {
@@ -95,10 +97,10 @@ TEST_F(SimulatedService, CarriesBlocksAndCodes) {
     EXPECT_EQ(call(ioKit, connection, 5), -7);
     EXPECT_EQ(std::string(output_, outputSize_), "s5");
     EXPECT_EQ(ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleFan")), 0U);
-    EXPECT_EQ(call(ioKit, connection + 1), kIOReturnNotOpen);
-    EXPECT_EQ(ioKit.serviceClose(connection), kIOReturnSuccess);
-    EXPECT_EQ(ioKit.serviceClose(connection), kIOReturnBadArgument);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnNotOpen);
+    EXPECT_EQ(call(ioKit, connection + 1), KernelCode::notOpen);
+    EXPECT_EQ(ioKit.serviceClose(connection), KernelCode::success);
+    EXPECT_EQ(ioKit.serviceClose(connection), KernelCode::badArgument);
+    EXPECT_EQ(call(ioKit, connection), KernelCode::notOpen);
 }
 
 TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
@@ -108,8 +110,8 @@ TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
     });
     SimulatedIOKit ioKit(path_, milliseconds(50));
     const IOConnection connection = open(ioKit);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnTimeout);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnSuccess) << "on a fresh connection";
+    EXPECT_EQ(call(ioKit, connection), KernelCode::timeout);
+    EXPECT_EQ(call(ioKit, connection), KernelCode::success) << "on a fresh connection";
     EXPECT_EQ(std::string(output_, outputSize_), "ok");
 }
 
@@ -120,26 +122,27 @@ TEST_F(SimulatedService, ReconnectsBelowTheSameHandle) {
     {
         const ScriptedService service(path_, answer);
         connection = open(ioKit);
-        EXPECT_EQ(call(ioKit, connection), kIOReturnSuccess);
+        EXPECT_EQ(call(ioKit, connection), KernelCode::success);
     }
     EXPECT_EQ(ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleSMC")), 0U);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnNoDevice);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnNoDevice);
+    EXPECT_EQ(call(ioKit, connection), KernelCode::noDevice);
+    EXPECT_EQ(call(ioKit, connection), KernelCode::noDevice);
     const ScriptedService service(path_, answer);
-    EXPECT_EQ(call(ioKit, connection), kIOReturnSuccess);
+    EXPECT_EQ(call(ioKit, connection), KernelCode::success);
 }
 
 TEST_F(SimulatedService, BadAnswersAndBrokenConnectionsAreErrors) {
-    for (const char* reply : {"close", "x"}) {
-        const ScriptedService service(path_, [reply](std::uint32_t) { return reply; });
-        SimulatedIOKit ioKit(path_);
-        EXPECT_EQ(call(ioKit, open(ioKit)), kIOReturnNoDevice) << reply;
+    const std::pair<std::string, KernelReturn> rows[] = {
+        {"close", KernelCode::noDevice},
+        {"half", KernelCode::timeout},
+        {answerWith(0, std::string(sizeof output_ + 1, 'x')), KernelCode::noDevice},
+    };
+    for (const auto& [reply, code] : rows) {
+        const ScriptedService service(path_, [&](std::uint32_t) { return reply; });
+        SimulatedIOKit ioKit(path_, milliseconds(200));
+        EXPECT_EQ(call(ioKit, open(ioKit)), code) << reply;
+        EXPECT_EQ(output_[0], 0) << "never more than there is room for";
     }
-    const ScriptedService service(
-        path_, [](std::uint32_t) { return answerWith(0, std::string(200, 'x')); });
-    SimulatedIOKit ioKit(path_);
-    EXPECT_EQ(call(ioKit, open(ioKit)), kIOReturnSuccess);
-    EXPECT_EQ(outputSize_, sizeof output_) << "never more than there is room for";
 }
 
 } // namespace

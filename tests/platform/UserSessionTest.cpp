@@ -1,5 +1,6 @@
 #include "AtomicFile.h"
 #include "FileDefaults.h"
+#include "LinuxClock.h"
 #include "ProcessTable.h"
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
@@ -227,7 +228,7 @@ TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
 
 TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
     const TemporaryFolder folder;
-    SimulatedClock clock((MachineRoot(folder.path())));
+    SimulatedClock clock(MachineRoot(folder.path()), std::make_unique<LinuxClock>());
     const auto ticker = clock.ticker(std::chrono::milliseconds(300));
     const auto canBeRead = [&](int milliseconds) {
         pollfd entry{ticker->descriptor(), POLLIN, 0};
@@ -239,8 +240,8 @@ TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
 
     // The machine is switched on, ticks once, and is switched off.
     fs::create_directories(folder.path() / "var/run/ventaro-simulator");
-    FileDescriptor listener = listenOnUnixSocket(
-        folder.path() / "var/run/ventaro-simulator/clock.sock", SOCK_SEQPACKET, 0600);
+    FileDescriptor listener =
+        listenOnUnixSocket(folder.path() / "var/run/ventaro-simulator/clock.sock", 0600);
     EXPECT_TRUE(canBeRead(60000));
     ticker->acknowledge();
     FileDescriptor machine;

@@ -86,7 +86,7 @@ TEST(KeyAccess, FailuresNameKeyAndCodes) {
 
     InProcessMachine ordinary({}, false);
     EXPECT_EQ(errorOf([&] { ordinary.service.writeValue("F0Md", 1); }),
-              SMCError::writeFailed("F0Md", kIOReturnNotPrivileged, 0));
+              SMCError::writeFailed("F0Md", KernelCode::notPrivileged, 0));
     EXPECT_TRUE(ordinary.service.readDouble("F0Md"));
 }
 
@@ -117,10 +117,11 @@ TEST(KeyAccess, ConnectsWhenTheServiceAppears) {
     EXPECT_EQ(errorOf([&] { service.readKeyRaw("TC0P"); }), SMCError::serviceNotFound());
     EXPECT_EQ(errorOf([&] { service.writeValue("F0Md", 1); }), SMCError::serviceNotFound());
     smc.faults().add("service back");
-    ioKit.openResult = kIOReturnNotPrivileged;
-    EXPECT_EQ(errorOf([&] { service.open(); }), SMCError::connectionFailed(kIOReturnNotPrivileged));
+    ioKit.openResult = KernelCode::notPrivileged;
+    EXPECT_EQ(errorOf([&] { service.open(); }),
+              SMCError::connectionFailed(KernelCode::notPrivileged));
     EXPECT_EQ(ioKit.unreleasedObjects(), 0) << "the service object is released all the same";
-    ioKit.openResult = kIOReturnSuccess;
+    ioKit.openResult = KernelCode::success;
     EXPECT_TRUE(service.readDouble("TC0P"));
     service.open();
     EXPECT_EQ(ioKit.openConnections(), 1);

@@ -1,3 +1,4 @@
+#include "DispatchGate.h"
 #include "ShellFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,8 @@
 #include "SingleInstance.h"
 
+
 #include "ShellFixture.h"
+#include "UnixSocket.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -39,7 +41,7 @@ protected:
 
 TEST_F(SingleInstanceTest, OneOfManyRunsAndHearsOfTheOthers) {
     auto first = std::make_unique<SingleInstance>(root_);
-    listenOnUnixSocket(place() / "socket", SOCK_SEQPACKET, 0600); // left behind by a crash
+    listenOnUnixSocket(place() / "socket", 0600); // left behind by a crash
     ASSERT_EQ(first->claim(Request::reopen), Role::first);
     auto early = start(Request::reopen); // it finds nobody listening yet
     int reopened = 0;
@@ -55,8 +57,7 @@ TEST_F(SingleInstanceTest, OneOfManyRunsAndHearsOfTheOthers) {
     // The silent and the babblers, more than are let in, hold nobody up.
     std::vector<FileDescriptor> visitors;
     for (int count = 0; count < 12; ++count) {
-        visitors.push_back(
-            connectToUnixSocket(place() / "socket", SOCK_SEQPACKET, milliseconds(100)));
+        visitors.push_back(connectToUnixSocket(place() / "socket", milliseconds(100)));
         const std::string bad(count % 2 == 0 ? 0 : 100000, 'r');
         ::send(visitors.back().get(), bad.data(), bad.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         QCoreApplication::processEvents();

@@ -96,12 +96,12 @@ TEST(SimulatedKeys, WhoMayWriteWhat) {
     EXPECT_EQ(write(smc, "F0Md", 1, 1), 0);
     EXPECT_EQ(write(smc, "F0Tg", 4, 3000), 0);
     EXPECT_EQ(write(smc, "F0Tg", 2, 3000), 0x87) << "the size must be the key's";
-    EXPECT_EQ(ask(smc, SMC_CMD_WRITE_BYTES, "F0Tg", false).kernelReturn, kIOReturnNotPrivileged);
+    EXPECT_EQ(ask(smc, SMC_CMD_WRITE_BYTES, "F0Tg", false).kernelReturn, KernelCode::notPrivileged);
     EXPECT_EQ(valueOf(smc, "F0Tg"), 3000);
     EXPECT_EQ(ask(smc, SMC_CMD_WRITE_BYTES, "ZZZZ", true).output.result, 0x84);
     EXPECT_EQ(ask(smc, 99, "F0Tg", true).output.result, 0x82);
     EXPECT_EQ(smc.answer(7, request(SMC_CMD_READ_BYTES, "F0Tg"), true).kernelReturn,
-              kIOReturnUnsupported);
+              KernelCode::unsupported);
 }
 
 TEST(SimulatedKeys, VariantsDifferInTheirFanKeys) {

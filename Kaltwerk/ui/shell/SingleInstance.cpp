@@ -1,5 +1,6 @@
 #include "SingleInstance.h"
 
+#include "SystemCalls.h"
 #include "UnixSocket.h"
 
 #include <fcntl.h>
@@ -130,7 +131,7 @@ std::string SingleInstance::path(const char* name) const {
 }
 
 bool SingleInstance::tell(Request request, milliseconds patience) const {
-    const FileDescriptor socket = connectToUnixSocket(path(socketName), SOCK_SEQPACKET, patience);
+    const FileDescriptor socket = connectToUnixSocket(path(socketName), patience);
     if (!socket || peerUser(socket.get()) != ::getuid()) {
         return false;
     }
@@ -146,14 +147,13 @@ bool SingleInstance::tell(Request request, milliseconds patience) const {
 
 void SingleInstance::listen() {
     ::unlinkat(folder_.get(), socketName, 0); // of a first one that crashed
-    listener_ = listenOnUnixSocket(path(socketName), SOCK_SEQPACKET, S_IRUSR | S_IWUSR);
+    listener_ = listenOnUnixSocket(path(socketName), S_IRUSR | S_IWUSR);
     notifier_ = std::make_unique<QSocketNotifier>(listener_.get(), QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, &SingleInstance::welcome);
 }
 
 void SingleInstance::welcome() {
-    FileDescriptor socket(
-        ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    FileDescriptor socket = acceptConnection(listener_.get());
     if (!socket || peerUser(socket.get()) != ::getuid()) {
         return;
     }

@@ -1,10 +1,14 @@
 #include "DesktopAppearance.h"
 #include "DesktopNotification.h"
+#include "HelperClient.h"
 #include "Platform.h"
+#include "SMCService.h"
+#include "SignalWatch.h"
 #include "SingleInstance.h"
 #include "StartArguments.h"
-#include "StopSignals.h"
+#include "SystemHardwareInspector.h"
 #include "ThreadTaskRunner.h"
+#include "UserSession.h"
 #include "VentaroApp.h"
 
 #include <QApplication>

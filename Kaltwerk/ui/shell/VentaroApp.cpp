@@ -1,6 +1,7 @@
 #include "VentaroApp.h"
 
 #include "IdleMemory.h"
+#include "TaskRunner.h"
 
 #include <QApplication>
 #include <QPointer>

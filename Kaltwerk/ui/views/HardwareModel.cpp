@@ -9,11 +9,6 @@ namespace {
 
 QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
 
-bool isIdentifier(const HardwareSpecItem& item) {
-    const bool isMissing = item.value == "–";
-    return !isMissing && (item.label == "Seriennummer" || item.label == "Hardware-UUID");
-}
-
 } // namespace
 
 void HardwareModel::follow(FanControllerViewModel& viewModel) {
@@ -59,7 +54,8 @@ void HardwareModel::setHidesIdentifiers(bool hides) {
 }
 
 QString HardwareModel::shownValue(const HardwareSpecItem& item) const {
-    return hidesIdentifiers_ && isIdentifier(item) ? QStringLiteral("••••••••") : text(item.value);
+    return hidesIdentifiers_ && item.kind == SpecKind::identifier ? QStringLiteral("••••••••")
+                                                                  : text(item.value);
 }
 
 QVariantList HardwareModel::shownRows(const HardwareSectionData::Rows& rows) const {

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "DetachedTasks.h"
+
+#include <QObject>
+#include <optional>
+#include <string>
+
+namespace ventaro {
+
+class HelperClient;
+class RunningApplications;
+
+/// Whether the helper answers and whether another program controls the fans, too; installs and
+/// removes the helper. Main thread only.
+class HelperStatus : public QObject {
+    Q_OBJECT
+
+public:
+    /// All must outlive this object and the tasks it has started.
+    HelperStatus(const HelperClient& helper, RunningApplications& applications, TaskRunner& tasks);
+
+    bool isInstalled() const { return isInstalled_; }
+    bool isInstalling() const { return isInstalling_; }
+    bool isCompetitorRunning() const { return isCompetitorRunning_; }
+
+    /// What somebody else has found out.
+    void setInstalled(bool installed);
+    /// Looks at both, beside the main thread.
+    void check();
+    /// Installs the helper unless that is under way. The administrator is asked.
+    void install();
+    void uninstall();
+
+Q_SIGNALS:
+    void isInstalledChanged();
+    void isInstallingChanged();
+    void isCompetitorRunningChanged();
+    /// The helper has been removed; the fans are automatic.
+    void uninstalled();
+    /// A line for the user.
+    void reported(const std::optional<std::string>& message, bool isError);
+
+private:
+    const HelperClient& helper_;
+    RunningApplications& applications_;
+    bool isInstalled_ = false;
+    bool isInstalling_ = false;
+    bool isCompetitorRunning_ = false;
+    DetachedTasks tasks_;
+};
+
+} // namespace ventaro
