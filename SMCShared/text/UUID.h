@@ -4,18 +4,17 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace ventaro {
 
 /// A universally unique identifier (RFC 4122).
 class UUID {
 public:
-    /// A new random one (version 4). Throws std::system_error if the system gives no random bytes.
+    /// A new random one (version 4).
     static UUID random();
     /// From 36 characters, 8-4-4-4-12 hexadecimal digits of either case with hyphens; no value for
     /// any other text.
-    static std::optional<UUID> parse(std::string_view text);
+    static std::optional<UUID> parse(const std::string& text);
 
     /// 36 characters, upper-case digits.
     std::string text() const;
