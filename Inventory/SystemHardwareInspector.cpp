@@ -85,9 +85,18 @@ SystemHardwareInspector& SystemHardwareInspector::shared() {
 }
 
 ProfilerDocument SystemHardwareInspector::parseProfilerDocument(std::string_view json) {
-    return parseJsonTree(json, [](std::string_view key) {
-        return std::find(wantedKeys.begin(), wantedKeys.end(), key) != wantedKeys.end();
-    });
+    // Deeper and longer than any document goes that is meant.
+    const JsonScope scope{.depth = 32, .elements = 256, .isWanted = [](std::string_view key) {
+                              return std::find(wantedKeys.begin(), wantedKeys.end(), key) !=
+                                     wantedKeys.end();
+                          }};
+    try {
+        JsonValue document = parseJson(json, scope);
+        auto* members = std::get_if<ProfilerDocument>(&document.content());
+        return members != nullptr ? std::move(*members) : ProfilerDocument();
+    } catch (const DecodingError&) {
+        return {};
+    }
 }
 
 ProfilerDocument SystemHardwareInspector::fetchSystemProfilerJSON() const {

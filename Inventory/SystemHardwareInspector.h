@@ -2,7 +2,7 @@
 
 #include "HardwareSections.h"
 #include "HostInformation.h"
-#include "JsonTree.h"
+#include "JsonObjectView.h"
 
 #include <cstdint>
 #include <optional>
@@ -13,7 +13,7 @@
 namespace ventaro {
 
 /// The document that the system profiler prints: data types, each with an array of objects.
-using ProfilerDocument = JsonNode::Object;
+using ProfilerDocument = JsonValue::Object;
 
 /// Builds the hardware inventory of the machine from the system profiler and the kernel's values.
 /// What they do not tell is taken from the 16-inch MacBook Pro of 2019. Without state of its own:

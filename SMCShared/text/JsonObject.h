@@ -1,12 +1,12 @@
 #pragma once
 
+#include "JsonValue.h"
+
 #include <cstdint>
-#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace ventaro {
@@ -18,21 +18,6 @@ public:
     const std::string& member() const { return member_; }
 
 private:
-    std::string member_;
-};
-
-/// A text that is not the record it should be. `what()` is a German sentence naming the member.
-class DecodingError : public std::runtime_error {
-public:
-    enum class Reason { malformed, missing, wrongType, outOfRange, unknownValue, repeated };
-
-    DecodingError(Reason reason, std::string member);
-    Reason reason() const { return reason_; }
-    /// The member at fault; empty if the text is no JSON object at all.
-    const std::string& member() const { return member_; }
-
-private:
-    Reason reason_;
     std::string member_;
 };
 
@@ -50,22 +35,12 @@ public:
     double number(std::string_view member) const;
     const std::string& string(std::string_view member) const;
 
-    struct Other {};    ///< null, an array or an object
-    struct Repeated {}; ///< a member that stands there more than once
-    /// An integer that no 64 bits hold.
-    struct HugeInteger {
-        double value;
-    };
-    using Value = std::variant<Other, Repeated, bool, std::int64_t, std::uint64_t, HugeInteger,
-                               double, std::string>;
-    using Members = std::map<std::string, Value, std::less<>>;
-
-    explicit JsonObjectReader(Members members) : members_(std::move(members)) {}
+    explicit JsonObjectReader(JsonValue::Object members) : members_(std::move(members)) {}
 
 private:
-    const Value& find(std::string_view member) const;
+    const JsonValue::Content& find(std::string_view member) const;
 
-    Members members_;
+    JsonValue::Object members_;
 };
 
 /// `text` must be exactly one JSON array of objects; throws DecodingError for anything else.

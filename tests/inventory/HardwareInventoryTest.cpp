@@ -254,7 +254,8 @@ TEST(HardwareInventory, ValuesCountWithTheirJsonTypesOnly) {
     const std::pair<std::string, const char*> rows[] = {
         {R"({"SPHardwareDataType":[{"machine_name":7}]})", "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":[{"machine_name":""}]})", "Modellname: \n"},
-        {R"({"SPHardwareDataType":[{"machine_name":"a","machine_name":"b"}]})", "Modellname: b\n"},
+        {R"({"SPHardwareDataType":[{"machine_name":"a","machine_name":"b"}]})",
+         "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":[7,{"machine_name":"b"}]})", "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":{"machine_name":"b"}})", "Modellname: MacBook Pro\n"},
         {R"([{"SPHardwareDataType":[{"machine_name":"b"}]}])", "Modellname: MacBook Pro\n"},
