@@ -2,11 +2,24 @@
 
 #include <uuid/uuid.h>
 
+#include <algorithm>
+#include <random>
+
 namespace ventaro {
 
 UUID UUID::random() {
+    // Seeded once per thread: the library asks the kernel each time, which takes microseconds.
+    thread_local std::mt19937_64 generator = [] {
+        std::random_device source;
+        std::seed_seq seed{source(), source(), source(), source(),
+                           source(), source(), source(), source()};
+        return std::mt19937_64(seed);
+    }();
     UUID uuid;
-    ::uuid_generate_random(uuid.bytes_.data());
+    std::generate(uuid.bytes_.begin(), uuid.bytes_.end(),
+                  [] { return static_cast<std::uint8_t>(generator()); });
+    uuid.bytes_[6] = static_cast<std::uint8_t>((uuid.bytes_[6] & 0x0FU) | 0x40U); // version 4
+    uuid.bytes_[8] = static_cast<std::uint8_t>((uuid.bytes_[8] & 0x3FU) | 0x80U); // variant 1
     return uuid;
 }
 

@@ -10,7 +10,7 @@ namespace ventaro {
 /// A universally unique identifier (RFC 4122).
 class UUID {
 public:
-    /// A new random one (version 4).
+    /// A new random one (version 4). Throws std::system_error if the system gives no random bytes.
     static UUID random();
     /// From 36 characters, 8-4-4-4-12 hexadecimal digits of either case with hyphens; no value for
     /// any other text.
