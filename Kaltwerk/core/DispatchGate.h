@@ -1,27 +1,38 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
 #include <optional>
 
 namespace ventaro {
 
-/// Lets fan requests through until the program is on its way out. Any thread.
+/// Lets the exchanges of one wish through, that of the newest, one at a time and until the program
+/// is on its way out. So an older wish never overtakes a newer one. Any thread.
 class DispatchGate {
 public:
-    /// What `exchange` returns; no value, and no exchange, once the gate is closed. Throws what
-    /// `exchange` throws.
+    using Wish = std::uint64_t;
+
+    /// From now on this wish is the newest, and nothing of the others passes any more.
+    Wish newWish() {
+        const std::lock_guard guard(lock_);
+        return ++newest_;
+    }
+
+    /// What `exchange` returns; no value, and no exchange, once there is a newer wish or the gate
+    /// is closed. Waits for the exchange that is under way. Throws what `exchange` throws.
     template<typename Exchange>
-    auto pass(Exchange exchange) -> std::optional<decltype(exchange())> {
-        const Passage passage(*this);
+    auto pass(Wish wish, Exchange exchange) -> std::optional<decltype(exchange())> {
+        const Passage passage(*this, wish);
         return passage.isGranted() ? std::optional(exchange()) : std::nullopt;
     }
 
-    /// Lets nothing through any more and waits for the exchanges that are under way.
+    /// Lets nothing through any more and waits for the exchange that is under way.
     void close() {
         std::unique_lock guard(lock_);
         isClosed_ = true;
-        changed_.wait(guard, [this] { return underWay_ == 0; });
+        changed_.notify_all();
+        changed_.wait(guard, [this] { return !isUnderWay_; });
     }
 
     bool isClosed() {
@@ -32,15 +43,19 @@ public:
 private:
     class Passage {
     public:
-        explicit Passage(DispatchGate& gate) : gate_(gate) {
-            const std::lock_guard guard(gate_.lock_);
-            isGranted_ = !gate_.isClosed_;
-            gate_.underWay_ += isGranted_ ? 1 : 0;
+        Passage(DispatchGate& gate, Wish wish) : gate_(gate) {
+            std::unique_lock guard(gate_.lock_);
+            const auto isOver = [&] { return gate_.isClosed_ || wish != gate_.newest_; };
+            gate_.changed_.wait(guard, [&] { return isOver() || !gate_.isUnderWay_; });
+            isGranted_ = !isOver();
+            gate_.isUnderWay_ = gate_.isUnderWay_ || isGranted_;
         }
         ~Passage() {
             const std::lock_guard guard(gate_.lock_);
-            gate_.underWay_ -= isGranted_ ? 1 : 0;
-            gate_.changed_.notify_all();
+            if (isGranted_) {
+                gate_.isUnderWay_ = false;
+                gate_.changed_.notify_all();
+            }
         }
         Passage(const Passage&) = delete;
         Passage& operator=(const Passage&) = delete;
@@ -53,8 +68,9 @@ private:
 
     std::mutex lock_; ///< guards the fields below
     std::condition_variable changed_;
+    Wish newest_ = 0;
     bool isClosed_ = false;
-    int underWay_ = 0;
+    bool isUnderWay_ = false;
 };
 
 } // namespace ventaro

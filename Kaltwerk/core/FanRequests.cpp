@@ -17,7 +17,7 @@ struct Outcome {
         notReady,  ///< no helper that can be used
         failed,    ///< a request did not get through
         answered,  ///< every request was answered
-        withdrawn, ///< the program is on its way out
+        withdrawn, ///< there is a newer wish, or the program is on its way out
     };
     Kind kind;
     std::string failure;
@@ -25,15 +25,15 @@ struct Outcome {
 };
 
 Outcome carryOut(const std::vector<HelperRequest>& requests, const HelperClient& helper,
-                 DispatchGate& gate) {
-    const auto isReady = gate.pass([&] { return helper.isDaemonActive(); });
+                 DispatchGate& gate, DispatchGate::Wish wish) {
+    const auto isReady = gate.pass(wish, [&] { return helper.isDaemonActive(); });
     if (isReady && !*isReady) {
         return {Outcome::Kind::notReady, {}, {}};
     }
     Outcome outcome{Outcome::Kind::answered, {}, {}};
     for (const HelperRequest& request : requests) {
         try {
-            auto answer = gate.pass([&] { return helper.sendSocketRequest(request); });
+            auto answer = gate.pass(wish, [&] { return helper.sendSocketRequest(request); });
             if (!answer) {
                 return {Outcome::Kind::withdrawn, {}, {}};
             }
@@ -80,8 +80,8 @@ void FanRequests::dispatch(std::vector<HelperRequest> requests,
                            std::function<void(const Answers&)> publishAnswers) {
     tasks_.run(
         TaskPriority::userInitiated,
-        [&helper = helper_, gate = gate_, requests = std::move(requests)] {
-            return carryOut(requests, helper, *gate);
+        [&helper = helper_, gate = gate_, wish = gate_->newWish(), requests = std::move(requests)] {
+            return carryOut(requests, helper, *gate, wish);
         },
         [this, publishAnswers = std::move(publishAnswers)](const Outcome& outcome) {
             switch (outcome.kind) {

@@ -17,7 +17,8 @@ class HelperClient;
 struct HelperRequest;
 struct HelperResponse;
 
-/// Has the helper set the fans, beside the main thread. Main thread only.
+/// Has the helper set the fans, beside the main thread. What was wished for last is what happens:
+/// nothing of an older dispatch is sent once there is a newer one. Main thread only.
 class FanRequests : public QObject {
     Q_OBJECT
 

@@ -78,6 +78,11 @@ void HelperClient::installPrivilegedDaemon() const {
     writeFileAtomically(installation_.machineRoot.resolve(temporaryPropertyListPath),
                         launchDaemonPropertyList(), readableByAll);
 
+    const auto socketTime = [this] {
+        std::error_code isMissing;
+        return std::filesystem::last_write_time(socketPath_, isMissing);
+    };
+    const auto before = socketTime();
     const std::string source = shellQuoted(replaceAll(helper->string(), '\'', "'\\''"));
     const std::string binary = shellQuoted(HelperConstants::helperBinaryInstallPath);
     const std::string list = shellQuoted(HelperConstants::launchDaemonPlistPath);
@@ -90,7 +95,8 @@ void HelperClient::installPrivilegedDaemon() const {
         " && "));
 
     for (int probe = 0; probe < probes; ++probe) {
-        if (isDaemonActive()) {
+        // The one before may still answer on its way out; the new one has made its own socket.
+        if (socketTime() != before && isDaemonActive()) {
             return;
         }
         installation_.pause(pause);

@@ -22,11 +22,15 @@ public:
     std::optional<std::string> unavailable;
     bool compiles = true;
     std::optional<ScriptFailure> failure;
+    std::function<void()> onExecute = [] {};
 
 private:
     struct Script final : AdministratorScript {
         explicit Script(RecordingScripts& itsOwner) : owner(itsOwner) {}
-        std::optional<ScriptFailure> execute() override { return owner.failure; }
+        std::optional<ScriptFailure> execute() override {
+            owner.onExecute();
+            return owner.failure;
+        }
         RecordingScripts& owner;
     };
 };
@@ -38,6 +42,11 @@ protected:
         fs::create_directories(bundle_);
         writeFile(bundle_ / "VentaroHelper", "");
         fs::permissions(bundle_ / "VentaroHelper", fs::perms(0755));
+        scripts_.onExecute = [this] { newSocket(); };
+    }
+    /// As a helper does that has just begun to serve.
+    void newSocket() const {
+        fs::last_write_time(folder_.path() / "helper.sock", fs::file_time_type::clock::now());
     }
     HelperClient client() {
         return HelperClient(folder_.path() / "helper.sock", std::chrono::seconds(2),
@@ -141,6 +150,19 @@ TEST_F(HelperInstallationTest, WaitsForTheHelperToAnswer) {
     };
     EXPECT_NO_THROW(client().installPrivilegedDaemon());
     EXPECT_EQ(helper_.taken().size(), 21U);
+
+    scripts_.onExecute = [] {}; // the one before is still about to end
+    pauses_ = 0;
+    onPause_ = [this] {
+        EXPECT_TRUE(helper_.taken().empty());
+        if (pauses_ == 3) {
+            newSocket();
+            onPause_ = [] {};
+        }
+    };
+    EXPECT_NO_THROW(client().installPrivilegedDaemon());
+    EXPECT_EQ(pauses_, 3);
+    EXPECT_EQ(helper_.taken().size(), 1U);
 }
 
 TEST_F(HelperInstallationTest, TheControllerReportsHowItWent) {

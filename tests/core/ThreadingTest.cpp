@@ -100,25 +100,51 @@ TEST(MonitoringTimerTest, ANestedLoopHoldsItBackAndMissedFiresAreNotMadeUp) {
     EXPECT_TRUE(processUntil([&] { return fires == 2; }));
 }
 
-TEST(DispatchGateTest, ClosesBehindTheExchangeUnderWay) {
+TEST(DispatchGateTest, LetsTheNewestWishThroughBehindTheExchangeUnderWayUntilItCloses) {
     DispatchGate gate;
+    const auto first = gate.newWish();
     std::promise<void> arrived;
-    std::atomic<bool> hasAnswered = false;
+    std::promise<void> answer;
     std::thread dispatch([&] {
-        gate.pass([&] {
+        gate.pass(first, [&] {
             arrived.set_value();
+            answer.get_future().wait();
+            return true;
+        });
+        EXPECT_FALSE(gate.pass(first, [] { return true; })) << "it is no longer the newest";
+    });
+    arrived.get_future().wait();
+    const auto second = gate.newWish();
+    bool isFirstOver = false;
+    std::thread newer([&] {
+        gate.pass(second, [&] {
+            EXPECT_TRUE(isFirstOver);
+            return true;
+        });
+    });
+    std::this_thread::yield();
+    isFirstOver = true;
+    answer.set_value();
+    dispatch.join();
+    newer.join();
+    EXPECT_THROW(gate.pass(second, []() -> int { throw std::runtime_error("x"); }),
+                 std::runtime_error);
+
+    std::promise<void> arrivedAgain;
+    bool hasAnswered = false;
+    std::thread last([&] {
+        gate.pass(second, [&] {
+            arrivedAgain.set_value();
             EXPECT_TRUE(waitUntil([&] { return gate.isClosed(); }));
             hasAnswered = true;
             return true;
         });
-        EXPECT_FALSE(gate.pass([] { return true; })) << "the next request stays behind";
+        EXPECT_FALSE(gate.pass(second, [] { return true; })) << "closed";
     });
-    arrived.get_future().wait();
+    arrivedAgain.get_future().wait();
     gate.close();
     EXPECT_TRUE(hasAnswered);
-    dispatch.join();
-    EXPECT_THROW(DispatchGate().pass([]() -> int { throw std::runtime_error("x"); }),
-                 std::runtime_error);
+    last.join();
 }
 
 class ShutdownTest : public ControllerFixture {};
