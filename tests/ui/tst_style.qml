@@ -107,15 +107,56 @@ TestCase {
         compare(grabImage(icon).pixel(12, 12), Qt.color("#0000FF"));
     }
 
-    ChartLine {
-        id: line
+    LinePlot {
+        id: plot
 
-        points: [Qt.point(0, 10), Qt.point(10, 10), Qt.point(20, 90)]
+        x: 50
+        y: 100
+        width: 40
+        height: 20
+        lines: [
+            ChartLine {
+                color: "#00FF00"
+                points: [Qt.point(0, 10), Qt.point(40, 10)]
+            },
+            ChartLine {
+                id: line
+            }
+        ]
+    }
+    function test_lines_data() {
+        const at = (...values) => values.map(([x, y]) => Qt.point(x, y));
+        return [
+            { tag: "from beyond the left edge", points: at([-1e12, 10], [30, 10]), drawn: [0, 29], clear: [35] },
+            { tag: "of nothing", points: at([0, NaN]), drawn: [], clear: [0, 20, 39] },
+            { tag: "without a value in between", points: at([0, 10], [10, 10], [20, NaN], [30, 10], [40, 10]), drawn: [5, 35], clear: [15, 20, 25] },
+            { tag: "without values at the ends", points: at([0, Infinity], [10, 10], [20, 10], [40, -Infinity]), drawn: [15], clear: [5, 25] },
+            { tag: "from far above", points: at([0, 1e300], [20, 10], [40, 10]), drawn: [25, 39], clear: [10] },
+        ];
+    }
+    function test_lines(row) {
+        const hasColor = (x, y) => grabImage(plot).pixel(x, y) === line.color;
+        plot.domain = Qt.rect(0, 0, 40, 20);
+        line.points = row.points;
+        for (const color of ["#FF0000", "#0000FF"]) {
+            line.color = color;
+            for (const x of row.drawn)
+                verify(hasColor(x, 10), x + " is not " + color);
+            for (const x of row.clear)
+                verify(!hasColor(x, 10), x + " is " + color);
+        }
+        plot.domain = Qt.rect(0, -5, 40, 20);
+        for (const x of row.drawn)
+            verify(hasColor(x, 5) && !hasColor(x, 10), "did not follow the domain");
+        line.points = [];
+        for (const x of row.drawn)
+            verify(!hasColor(x, 5), "stayed without points");
     }
     function test_nearestPoint_data() {
         return [{ tag: "-3", x: 0 }, { tag: "5", x: 0 }, { tag: "5.1", x: 10 }, { tag: "14.9", x: 10 }, { tag: "99", x: 20 }];
     }
     function test_nearestPoint(row) {
+        line.points = [Qt.point(0, 10), Qt.point(10, 10), Qt.point(20, 90)];
         compare(line.nearest(Number(row.tag)).x, row.x);
     }
 

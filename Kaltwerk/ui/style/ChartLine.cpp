@@ -1,6 +1,5 @@
 #include "ChartLine.h"
 
-#include <QXYSeries>
 #include <algorithm>
 #include <cmath>
 
@@ -81,12 +80,6 @@ QPointF ChartLine::nearest(double time) const {
     }
     const auto before = std::prev(after);
     return time - before->x() <= after->x() - time ? *before : *after;
-}
-
-void ChartLine::drawInto(QObject* series) const {
-    if (auto* line = qobject_cast<QXYSeries*>(series)) {
-        line->replace(smoothed(points_));
-    }
 }
 
 } // namespace ventaro

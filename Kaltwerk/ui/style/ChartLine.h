@@ -26,6 +26,7 @@ class ChartLine : public QObject {
 public:
     using QObject::QObject;
 
+    const QColor& color() const { return color_; }
     const QList<QPointF>& points() const { return points_; }
     void setPoints(const QList<QPointF>& points);
     bool isEmpty() const { return points_.isEmpty(); }
@@ -33,8 +34,6 @@ public:
 
     /// The point whose time is nearest to `time`; (0, 0) without one.
     Q_INVOKABLE QPointF nearest(double time) const;
-    /// Makes `series`, which must be a line of Qt Charts, show this line, smoothed.
-    Q_INVOKABLE void drawInto(QObject* series) const;
 
 Q_SIGNALS:
     void nameChanged();

@@ -1,14 +1,13 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtCharts
 import Ventaro.Style
 
-/// Lines over the last minutes. The one place that knows the chart library.
+/// Lines over the last minutes.
 Item {
     id: chart
 
-    property list<ChartLine> lines
+    property alias lines: plot.lines
     property real minimum: 0
     property real maximum: 100
     property list<real> ticks
@@ -110,63 +109,22 @@ Item {
         }
     }
 
-    ChartView {
-        id: view
+    LinePlot {
+        id: plot
 
-        anchors.fill: parent
-        plotArea: Qt.rect(chart.plotX, chart.plotY, chart.plotWidth, chart.plotHeight)
-        animationOptions: ChartView.NoAnimation
-        antialiasing: true
-        backgroundColor: "transparent"
-        backgroundRoundness: 0
-        plotAreaColor: "transparent"
-        legend.visible: false
-        margins.top: 0
-        margins.bottom: 0
-        margins.left: 0
-        margins.right: 0
-        enabled: false
-        Accessible.ignored: true
-
-        ValuesAxis {
-            id: timeAxis
-
-            min: chart.start
-            max: chart.end
-            visible: false
-        }
-        ValuesAxis {
-            id: valueAxis
-
-            min: chart.minimum
-            max: chart.maximum
-            visible: false
-        }
+        x: chart.plotX
+        y: chart.plotY
+        width: chart.plotWidth
+        height: chart.plotHeight
+        domain: Qt.rect(chart.start, chart.minimum, chart.timeSpan, chart.maximum - chart.minimum)
     }
 
     Repeater {
         model: chart.lines
 
         Rectangle {
-            id: newest
-
             required property ChartLine modelData
             readonly property real value: modelData.last.y
-            property LineSeries series
-
-            Component.onCompleted: {
-                series = view.createSeries(ChartView.SeriesTypeLine, modelData.name, timeAxis, valueAxis) as LineSeries;
-                series.width = 2;
-                series.capStyle = Qt.RoundCap;
-                series.color = Qt.binding(() => newest.modelData.color);
-                modelData.drawInto(series);
-            }
-            Connections {
-                target: newest.modelData
-                function onPointsChanged() {
-                    newest.modelData.drawInto(newest.series);
-                }
-            }
 
             visible: !modelData.isEmpty && value >= chart.minimum && value <= chart.maximum
             x: chart.xOf(modelData.last.x) - width / 2

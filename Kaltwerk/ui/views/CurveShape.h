@@ -8,8 +8,7 @@
 namespace ventaro {
 
 /// The fan curve as a line over an area that fades towards the bottom. The given domain fills its
-/// item but for a margin, so that a line along an edge keeps its width; drawn by ourselves, because
-/// an editor's curve has to follow the pointer at once.
+/// item but for a margin, so that a line along an edge keeps its width.
 class CurveShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
