@@ -4,9 +4,9 @@
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 bin="$project/build/release/bin"
 
-build_packages=(g++ cmake ninja-build nlohmann-json3-dev uuid-dev libcli11-dev libpugixml-dev libxcb1-dev
-    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-charts-dev qt6-svg-dev
-    qml6-module-qtcharts qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+build_packages=(g++ cmake ninja-build nlohmann-json3-dev uuid-dev libcli11-dev libpugixml-dev
+    libxcb1-dev qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtquick-window
     qt6-translations-l10n fonts-inter)
 run_packages=(xvfb xdotool imagemagick) # only where there is no display

@@ -8,7 +8,7 @@
 Q_IMPORT_PLUGIN(Ventaro_StylePlugin)
 Q_IMPORT_PLUGIN(Ventaro_ViewsPlugin)
 
-// Qt Charts needs widgets' application, which Qt Quick Test does not make by itself.
+// The file dialog needs widgets' application, which Qt Quick Test does not make by itself.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
