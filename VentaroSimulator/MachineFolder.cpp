@@ -100,9 +100,9 @@ void MachineFolder::makeTree() const {
 }
 
 void MachineFolder::lock() {
-    constexpr mode_t ownerOnly = 0600;
+    constexpr mode_t mode = 0600;
     const fs::path path = root_.resolve(runFolder) / "lock";
-    lock_.reset(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, ownerOnly));
+    lock_.reset(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, mode));
     if (!lock_) {
         throw std::system_error(errno, std::generic_category(), path.string());
     }

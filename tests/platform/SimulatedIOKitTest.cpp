@@ -138,7 +138,7 @@ TEST_F(SimulatedService, BadAnswersAndBrokenConnectionsAreErrors) {
         {answerWith(0, std::string(sizeof output_ + 1, 'x')), KernelCode::noDevice},
     };
     for (const auto& [reply, code] : rows) {
-        const ScriptedService service(path_, [&](std::uint32_t) { return reply; });
+        const ScriptedService service(path_, [&reply = reply](std::uint32_t) { return reply; });
         SimulatedIOKit ioKit(path_, milliseconds(200));
         EXPECT_EQ(call(ioKit, open(ioKit)), code) << reply;
         EXPECT_EQ(output_[0], 0) << "never more than there is room for";
