@@ -1,3 +1,4 @@
+#include "DesktopIntegration.h"
 #include "FileDescriptor.h"
 #include "HostPlatform.h"
 #include "HostSession.h"
@@ -19,7 +20,7 @@ int main(int argc, char** argv) {
         ventaro::Platform& platform =
             ventaro::Platform::install(ventaro::makeHostPlatform(false).platform);
         platform.session = ventaro::makeHostSession(platform);
-        return ventaro::runVentaroApp(argc, argv);
+        return ventaro::runVentaroApp(argc, argv, ventaro::makeDesktopIntegration);
     } catch (const std::exception& error) {
         std::cerr << "Ventaro: " << error.what() << '\n';
         return EXIT_FAILURE;

@@ -91,30 +91,30 @@ TEST_F(ExitTest, FailuresFromTheStatusItemReachTheUser) {
     run({"--minimized"}, [&](VentaroApp& app) {
         app.viewModel().selectProfile(ControlProfile::turbo); // not from the status item
         settle();
-        EXPECT_THAT(told_, IsEmpty());
+        EXPECT_THAT(desktop_.told, IsEmpty());
         for (int time = 1; time <= 2; ++time) { // also when nothing about the failure is new
             choose(app, "Leise");
             settle();
-            EXPECT_EQ(told_.size(), static_cast<std::size_t>(time));
+            EXPECT_EQ(desktop_.told.size(), static_cast<std::size_t>(time));
         }
-        EXPECT_EQ(told_.back(), "geht nicht");
+        EXPECT_EQ(desktop_.told.back(), "geht nicht");
         Q_EMIT app.popover().actionStarted();
         app.viewModel().installHelper(); // which says first that somebody is being asked
         settle();
-        EXPECT_EQ(told_.size(), 3U);
-        EXPECT_EQ(told_.back(), app.viewModel().statusMessage());
+        EXPECT_EQ(desktop_.told.size(), 3U);
+        EXPECT_EQ(desktop_.told.back(), app.viewModel().statusMessage());
 
         choose(app, "Dashboard");
         ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
         Q_EMIT app.popover().actionStarted();
         app.viewModel().selectProfile(ControlProfile::systemAuto);
         settle();
-        EXPECT_EQ(told_.size(), 3U) << "the dashboard shows it";
+        EXPECT_EQ(desktop_.told.size(), 3U) << "the dashboard shows it";
         app.shell().dashboard()->window().showMinimized();
         ASSERT_TRUE(processUntil([&] { return !app.shell().isDashboardReadable(); }));
         choose(app, "Leise");
         settle();
-        EXPECT_EQ(told_.size(), 4U) << "nobody can read it in the task bar";
+        EXPECT_EQ(desktop_.told.size(), 4U) << "nobody can read it in the task bar";
     });
 }
 

@@ -3,6 +3,7 @@
 #include "ControllerFixture.h"
 #include "ThreadTaskRunner.h"
 #include "VentaroApp.h"
+#include "X11Desktop.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -36,10 +37,8 @@ protected:
     /// `quit` unless it has found another one. The helper's requests since its start are returned.
     std::vector<std::string> run(const QStringList& arguments,
                                  const std::function<void(VentaroApp&)>& script) {
-        VentaroApp app({machine_.service, client_, inspector_, root_, session_, runner_},
-                       {arguments, {note_, windowSizeFile_, grace_}, [this](const QString& text) {
-                            told_.push_back(text.toStdString());
-                        }});
+        VentaroApp app({machine_.service, client_, inspector_, root_, session_, runner_}, desktop_,
+                       {arguments, {note_, windowSizeFile_, grace_}});
         bool hasEnded = false;
         QObject::connect(qApp, &QCoreApplication::aboutToQuit, &app, [&] { hasEnded = true; });
         QTimer::singleShot(0, &app, [&] {
@@ -75,7 +74,10 @@ protected:
     std::chrono::milliseconds grace_ = std::chrono::minutes(1);
     QString note_;
     const std::filesystem::path windowSizeFile_ = folder_.path() / "kept/window-size";
-    std::vector<std::string> told_; ///< what the desktop was told
+    struct : X11Desktop {
+        void notify(const QString& text) override { told.push_back(text.toStdString()); }
+        std::vector<std::string> told;
+    } desktop_;
 };
 
 } // namespace ventaro

@@ -1,10 +1,10 @@
 #include "Popover.h"
 
 #include "Appearance.h"
+#include "DesktopIntegration.h"
 #include "FanControllerViewModel.h"
 #include "ShellColors.h"
 #include "WindowShortcuts.h"
-#include "X11.h"
 
 #include <QBitmap>
 #include <QGuiApplication>
@@ -37,8 +37,9 @@ QRegion roundedRegion(QSize size) {
 
 } // namespace
 
-Popover::Popover(FanControllerViewModel& controller, QString note, std::chrono::milliseconds grace)
-    : controller_(controller), note_(std::move(note)) {
+Popover::Popover(DesktopIntegration& desktop, FanControllerViewModel& controller, QString note,
+                 std::chrono::milliseconds grace)
+    : desktop_(desktop), controller_(controller), note_(std::move(note)) {
     release_.setSingleShot(true);
     release_.setInterval(grace);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &Popover::followFocus);
@@ -80,7 +81,7 @@ void Popover::open(const QRect& place) {
     QQuickView& window = scene_->window();
     hadFocus_ =
         QGuiApplication::focusWindow() == &window; // some platforms leave it to a hidden one
-    markAsUtilityWindow(window);
+    desktop_.markAsUtilityWindow(window);
     window.show();
     window.raise();
     window.requestActivate();
@@ -126,7 +127,7 @@ void Popover::place() {
 /// Leaves out what is beyond the view's round corners.
 void Popover::shape() {
     QQuickView& window = scene_->window();
-    if (isTransparencyShown()) {
+    if (desktop_.isTransparencyShown()) {
         window.setColor(Qt::transparent);
         if (!window.mask().isEmpty()) { // some platforms know no masks, and complain
             window.setMask({});

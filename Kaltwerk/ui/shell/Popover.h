@@ -11,6 +11,7 @@
 
 namespace ventaro {
 
+class DesktopIntegration;
 class FanControllerViewModel;
 
 /// The panel at the status item. It is made when it is first opened and freed when it has been
@@ -21,7 +22,8 @@ class Popover : public QObject {
 public:
     /// `note`: what the panel says about the machine; may be empty. `grace`: how long the closed
     /// panel is kept.
-    Popover(FanControllerViewModel& controller, QString note, std::chrono::milliseconds grace);
+    Popover(DesktopIntegration& desktop, FanControllerViewModel& controller, QString note,
+            std::chrono::milliseconds grace);
 
     /// To be told before `toggle` that the user reaches for the status item: that takes the focus,
     /// and with it the panel, which must not open again then.
@@ -46,6 +48,7 @@ private:
     void shape();
     void followFocus();
 
+    DesktopIntegration& desktop_;
     FanControllerViewModel& controller_;
     const QString note_;
     std::unique_ptr<QmlScene> scene_;

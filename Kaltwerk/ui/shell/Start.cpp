@@ -1,5 +1,5 @@
 #include "DesktopAppearance.h"
-#include "DesktopNotification.h"
+#include "DesktopIntegration.h"
 #include "HelperClient.h"
 #include "Platform.h"
 #include "SMCService.h"
@@ -66,7 +66,8 @@ void dress(QTranslator& translator) {
     }
 }
 
-int runFirst(const StopSignals& signals, SingleInstance& instance) {
+int runFirst(const StopSignals& signals, SingleInstance& instance,
+             const DesktopFactory& makeDesktop) {
     QTranslator translator;
     dress(translator);
     const QStringList arguments = QApplication::arguments();
@@ -75,12 +76,13 @@ int runFirst(const StopSignals& signals, SingleInstance& instance) {
     }
     static auto& tasks = *new ThreadTaskRunner; // its threads may outlive this function
     Platform& platform = Platform::current();
-    const DesktopAppearance appearance;
-    VentaroApp app({SMCService::shared(), HelperClient::shared(), SystemHardwareInspector::shared(),
-                    platform.machineRoot, *platform.session, tasks},
-                   {arguments,
-                    {machineNote(platform.machineKind), platform.session->windowSizeFile},
-                    notifyDesktop});
+    const auto desktop = makeDesktop();
+    const DesktopAppearance appearance(*desktop);
+    VentaroApp app(
+        {SMCService::shared(), HelperClient::shared(), SystemHardwareInspector::shared(),
+         platform.machineRoot, *platform.session, tasks},
+        *desktop,
+        {arguments, {machineNote(platform.machineKind), platform.session->windowSizeFile}});
     QSocketNotifier stop(signals.descriptor(), QSocketNotifier::Read);
     QObject::connect(&stop, &QSocketNotifier::activated, &app, [&] {
         signals.takeInterrupt();
@@ -93,7 +95,7 @@ int runFirst(const StopSignals& signals, SingleInstance& instance) {
 
 } // namespace
 
-int runVentaroApp(int& argc, char** argv) {
+int runVentaroApp(int& argc, char** argv, const DesktopFactory& makeDesktop) {
     QStringList arguments;
     for (int index = 0; index < argc; ++index) {
         arguments.append(QString::fromLocal8Bit(argv[index]));
@@ -109,7 +111,7 @@ int runVentaroApp(int& argc, char** argv) {
         return EXIT_SUCCESS;
     }
     const QApplication application(argc, argv);
-    return runFirst(signals, instance);
+    return runFirst(signals, instance, makeDesktop);
 }
 
 } // namespace ventaro

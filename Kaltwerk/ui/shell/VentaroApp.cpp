@@ -10,16 +10,18 @@
 
 namespace ventaro {
 
-VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, const Options& options)
+VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopIntegration& desktop,
+                       const Options& options)
     : tasks_(dependencies.tasks),
       viewModel_(dependencies),
       exitGuard_(dependencies.helper, viewModel_.dispatchGate()),
       shell_(viewModel_, tasks_, options.shell),
       appDelegate_(shell_, options.arguments),
-      statusItem_(viewModel_, options.shell.machineNote),
-      popover_(viewModel_, options.shell.machineNote, options.shell.grace),
+      statusItem_(desktop, viewModel_, options.shell.machineNote),
+      popover_(desktop, viewModel_, options.shell.machineNote, options.shell.grace),
       failures_(
-          viewModel_, tasks_, [this] { return shell_.isDashboardReadable(); }, options.notify) {
+          viewModel_, tasks_, [this] { return shell_.isDashboardReadable(); },
+          [&desktop](const QString& text) { desktop.notify(text); }) {
     const auto followSetting = [this] { exitGuard_.setResetsFans(viewModel_.resetToAutoOnQuit()); };
     connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
     followSetting();

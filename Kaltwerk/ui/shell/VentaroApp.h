@@ -23,11 +23,10 @@ public:
     struct Options {
         QStringList arguments; ///< the process's
         DesktopShell::Options shell;
-        /// Shows the user a text where the program itself shows nothing.
-        std::function<void(const QString&)> notify;
     };
 
-    VentaroApp(const FanControllerDependencies& dependencies, const Options& options);
+    VentaroApp(const FanControllerDependencies& dependencies, DesktopIntegration& desktop,
+               const Options& options);
 
     /// Runs to the end and hands the fans back; the process's exit code.
     int run();
@@ -58,8 +57,8 @@ private:
     QTimer startIsOver_;
 };
 
-/// Starts the application on the installed platform and returns the process's exit code. Throws
-/// std::exception if it cannot start.
-int runVentaroApp(int& argc, char** argv);
+/// Starts the application on the installed platform and returns the process's exit code.
+/// `makeDesktop` is called when there is a QApplication. Throws std::exception if it cannot start.
+int runVentaroApp(int& argc, char** argv, const DesktopFactory& makeDesktop);
 
 } // namespace ventaro

@@ -9,12 +9,10 @@ struct xcb_connection_t;
 
 namespace ventaro {
 
-/// Marks `window` as a utility window that is on every desktop and that task bar and pager pass
-/// over. To be called before each time it is shown. Does nothing where there is no X11.
+/// As `DesktopIntegration` says it; does nothing where there is no X11.
 void markAsUtilityWindow(QWindow& window);
 
-/// Whether transparent parts of a window show what is behind it: on X11 only while a compositor
-/// runs.
+/// As `DesktopIntegration` says it; on X11 only while a compositor runs.
 bool isTransparencyShown();
 
 /// Knows whether the X11 screen has a system tray and hears when one comes or goes; costs nothing
