@@ -50,9 +50,6 @@ public:
     std::string property(const std::string& window, const std::string& name) const {
         return run({"xprop", "-id", window, name});
     }
-    std::string rootProperty(const std::string& name) const {
-        return run({"xprop", "-root", name});
-    }
     bool activates(const std::string& title) const {
         return waitUntil([&] {
             return !window(title).empty() &&
@@ -86,9 +83,11 @@ private:
 class WindowManager {
 public:
     explicit WindowManager(const std::filesystem::path& folder, const Desktop& desktop)
-        : program_(folder, {"openbox"}, desktop.environment()) {
-        EXPECT_TRUE(waitUntil([&] {
-            return desktop.rootProperty("_NET_SUPPORTING_WM_CHECK").find("0x") != std::string::npos;
+        // It says so at the end of its start: windows that come in the midst of it wait for the
+        // next event, which may never be.
+        : program_(folder, {"openbox", "--startup", "echo started"}, desktop.environment()) {
+        EXPECT_TRUE(waitUntil([this] {
+            return program_.output().find("started") != std::string::npos;
         })) << program_.errors();
     }
 
