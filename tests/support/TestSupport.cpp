@@ -54,6 +54,24 @@ std::string readFile(const fs::path& path) {
 
 void writeFile(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
 
+std::string damaged(std::string text, std::mt19937& random) {
+    static const std::string pieces[] = {
+        "",     "{",  "}",     "[",    "]",     ",",  ":",    "null",
+        "true", "-1", "1e999", "7.5",  "\"",    "\\", "0x1",  "\"\\u00",
+        "[[[[", "{}", "\xc3",  "[{}]", "\"x\"", ",,", "\x01", "99999999999999999999"};
+    for (std::size_t changes = random() % 4 + 1; changes > 0; --changes) {
+        std::size_t at = random() % (text.size() + 1);
+        std::size_t end = at + random() % 20;
+        if (const auto colon = text.find(':', at);
+            random() % 2 == 0 && colon != std::string::npos) {
+            at = colon + 1;
+            end = text.find_first_of(",}", at);
+        }
+        text.replace(at, end - at, pieces[random() % std::size(pieces)]);
+    }
+    return text;
+}
+
 Program::Program(const fs::path& folder, const std::vector<std::string>& arguments,
                  const std::vector<std::string>& environment) {
     static std::atomic<int> count{0};

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,9 @@ std::size_t openDescriptors();
 std::string readFile(const std::filesystem::path& path);
 void writeFile(const std::filesystem::path& path, const std::string& text);
 
+/// A JSON text in which a few bytes, or the values of a few members, have become something else.
+std::string damaged(std::string text, std::mt19937& random);
+
 /// A program that runs beside the test. The destructor kills it.
 class Program {
 public:
@@ -49,6 +53,11 @@ public:
     int wait();
     std::string output() const { return readFile(outputPath_); }
     std::string errors() const { return readFile(errorPath_); }
+    bool has(const std::string& text) const { return output().find(text) != std::string::npos; }
+    /// Waits until `text` is in the output.
+    bool prints(const std::string& text) const {
+        return waitUntil([&] { return has(text); });
+    }
 
 private:
     std::filesystem::path outputPath_;
