@@ -1,15 +1,15 @@
-#include "SMCService.h"
+#include "InProcessMachine.h"
+#include "KeyTable.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace ventaro {
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-const double notANumber = std::nan("");
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 TEST(Codec, PacksKeysAndUnpacksCodes) {
     EXPECT_EQ(SMCService::fourCharCode("F0Md"), 0x46304D64U);
@@ -26,83 +26,42 @@ TEST(Codec, PacksKeysAndUnpacksCodes) {
 }
 
 TEST(Codec, DecodesEveryKnownType) {
-    struct Row {
-        const char* type;
-        SMCBytes bytes;
-        std::optional<double> value;
-    };
-    const Row rows[] = {
-        {"ui8 ", {0xFF}, 255},
-        {"ui16", {0x07, 0xD0}, 2000},
-        {"fpe2", {0x1C, 0x20}, 1800},
-        {"fpe2", {0xFF, 0xFF}, 16383.75},
-        {"sp78", {0x1C, 0x80}, 28.5},
-        {"sp78", {0xFF, 0x80}, -0.5},
-        {"sp78", {0x80, 0x00}, -128},
-        {"sp78", {0x81, 0x00}, -127},
-        {"flt ", {0x00, 0x00, 0xC8, 0x42}, 100},
-        {"flt ", {0x00, 0x00, 0xC8, 0x42, 0x99}, 100},
-        {"flt ", {0x00, 0x00, 0x80, 0xFF}, -infinity},
-        {"ui8 ", {}, std::nullopt},
-        {"ui16", {0x07}, std::nullopt},
-        {"fpe2", {0x07}, std::nullopt},
-        {"sp78", {0x07}, std::nullopt},
-        {"flt ", {0x00, 0x00, 0xC8}, std::nullopt},
-        {"flt", {0x00, 0x00, 0xC8, 0x42}, std::nullopt},
-        {"UI8 ", {0x01}, std::nullopt},
-        {"ui32", {0x00, 0x00, 0x00, 0x01}, std::nullopt},
-        {"si8 ", {0x01}, std::nullopt},
-        {"fp88", {0x01, 0x00}, std::nullopt},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(SMCService::decodeValue(row.type, row.bytes), row.value) << row.type;
+    const std::tuple<const char*, const char*, double> rows[] = {
+        {"ui8 ", "FF", 255},         {"ui16", "07D0", 2000},         {"fpe2", "1C20", 1800},
+        {"fpe2", "FFFF", 16383.75},  {"sp78", "1C80", 28.5},         {"sp78", "FF80", -0.5},
+        {"sp78", "8000", -128},      {"sp78", "8100", -127},         {"flt ", "0000C842", 100},
+        {"flt ", "0000C84299", 100}, {"flt ", "000080FF", -infinity}};
+    for (const auto& [type, bytes, value] : rows) {
+        EXPECT_EQ(SMCService::decodeValue(type, parseHexBytes(bytes)), value) << type << bytes;
+    }
+    const std::pair<const char*, const char*> unknown[] = {
+        {"ui8 ", ""},       {"ui16", "07"},      {"fpe2", "07"}, {"sp78", "07"},
+        {"flt ", "0000C8"}, {"flt", "0000C842"}, {"UI8 ", "01"}, {"ui32", "00000001"},
+        {"si8 ", "01"},     {"fp88", "0100"}};
+    for (const auto& [type, bytes] : unknown) {
+        EXPECT_EQ(SMCService::decodeValue(type, parseHexBytes(bytes)), std::nullopt) << type;
     }
 }
 
-TEST(Codec, EncodesRoundedAndClamped) {
-    struct Row {
-        const char* type;
-        double value;
-        SMCBytes bytes;
-    };
-    const Row rows[] = {
-        {"ui8 ", -5, {0x00}},
-        {"ui8 ", -0.5, {0x00}},
-        {"ui8 ", 2.5, {0x03}},
-        {"ui8 ", 254.5, {0xFF}},
-        {"ui8 ", 300, {0xFF}},
-        {"ui8 ", 9e18, {0xFF}},
-        {"ui16", 2000.5, {0x07, 0xD1}},
-        {"ui16", 70000, {0xFF, 0xFF}},
-        {"fpe2", 1800, {0x1C, 0x20}},
-        {"fpe2", 1800.1, {0x1C, 0x20}},
-        {"fpe2", 1800.125, {0x1C, 0x21}},
-        {"fpe2", 1e6, {0xFF, 0xFF}},
-        {"flt ", 100, {0x00, 0x00, 0xC8, 0x42}},
-        {"flt ", -1.5, {0x00, 0x00, 0xC0, 0xBF}},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(SMCService::encodeValue(row.type, row.value), row.bytes) << row.type << row.value;
+TEST(Codec, EncodesRoundedAndClampedOrNotAtAll) {
+    const std::tuple<const char*, double, const char*> rows[] = {
+        {"ui8 ", -5, "00"},        {"ui8 ", -0.5, "00"},       {"ui8 ", 2.5, "03"},
+        {"ui8 ", 254.5, "FF"},     {"ui8 ", 300, "FF"},        {"ui8 ", 9e18, "FF"},
+        {"ui16", 2000.5, "07D1"},  {"ui16", 70000, "FFFF"},    {"fpe2", 1800, "1C20"},
+        {"fpe2", 1800.1, "1C20"},  {"fpe2", 1800.125, "1C21"}, {"fpe2", 1e6, "FFFF"},
+        {"flt ", 100, "0000C842"}, {"flt ", -1.5, "0000C0BF"}};
+    for (const auto& [type, value, bytes] : rows) {
+        EXPECT_EQ(SMCService::encodeValue(type, value), SMCBytes(parseHexBytes(bytes)))
+            << type << value;
     }
-}
-
-TEST(Codec, RefusesWhatItCannotEncode) {
-    struct Row {
-        const char* type;
-        double value;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, double> refused[] = {
         {"sp78", 28.5},       {"ui32", 1},         {"", 1},          {"ui8 ", notANumber},
         {"ui8 ", infinity},   {"ui16", -1e19},     {"ui16", 9.3e18}, {"fpe2", 3e18},
-        {"flt ", notANumber}, {"flt ", -infinity}, {"flt ", 3.5e38},
-    };
-    for (const Row& row : rows) {
-        try {
-            SMCService::encodeValue(row.type, row.value);
-            ADD_FAILURE() << row.type << row.value;
-        } catch (const SMCError& error) {
-            EXPECT_EQ(error, SMCError::unsupportedDataType(row.type));
-        }
+        {"flt ", notANumber}, {"flt ", -infinity}, {"flt ", 3.5e38}};
+    for (const auto& [type, value] : refused) {
+        EXPECT_EQ(errorOf([t = type, v = value] { SMCService::encodeValue(t, v); }),
+                  SMCError::unsupportedDataType(type))
+            << value;
     }
 }
 

@@ -9,10 +9,8 @@
 namespace ventaro {
 namespace {
 
-using Reason = DecodingError::Reason;
-using testing::AllOf;
-using testing::Property;
-using testing::Throws;
+using enum DecodingError::Reason;
+using namespace testing;
 
 TEST(HelperMessages, RequestsOnTheWire) {
     const std::pair<HelperRequest, const char*> rows[] = {
@@ -27,37 +25,30 @@ TEST(HelperMessages, RequestsOnTheWire) {
         EXPECT_EQ(encodeJson(request), json);
         EXPECT_EQ(decodeHelperRequest(json), request);
     }
-    const HelperRequest whole{HelperAction::setFanRPM, 1, 2500};
     EXPECT_EQ(decodeHelperRequest(
                   R"( {"rpm":2500,"x":[{}],"y":1,"y":2,"fanIndex":1,"action":"setFanRPM"} )"),
-              whole);
-    EXPECT_THROW(encodeJson({HelperAction::setFanRPM, 0, std::nan("")}), EncodingError);
+              (HelperRequest{HelperAction::setFanRPM, 1, 2500}));
+    EXPECT_THROW(encodeJson({HelperAction::setFanRPM, 0, NAN}), EncodingError);
     EXPECT_THROW(encodeJson({HelperAction::setFanRPM, 0, -INFINITY}), EncodingError);
 }
 
 TEST(HelperMessages, BadRequestsNameTheMember) {
-    struct Row {
-        const char* json;
-        const char* member;
-        Reason reason;
-    };
-    const Row rows[] = {
-        {R"({})", "action", Reason::missing},
-        {R"({"action":"Ping"})", "action", Reason::unknownValue},
-        {R"({"action":"ping "})", "action", Reason::unknownValue},
-        {R"({"action":1})", "action", Reason::wrongType},
-        {R"({"action":"ping","fanIndex":null})", "fanIndex", Reason::wrongType},
-        {R"({"action":"ping","fanIndex":18446744073709551615})", "fanIndex", Reason::outOfRange},
-        {R"({"action":"ping","rpm":true})", "rpm", Reason::wrongType},
-        {R"({"action":"ping","rpm":-1e400})", "rpm", Reason::outOfRange},
-        {R"({"action":"ping","action":"resetAllAuto"})", "action", Reason::repeated},
-        {R"({"action":"ping"}{)", "", Reason::malformed},
-    };
-    for (const Row& row : rows) {
-        EXPECT_THAT([&] { decodeHelperRequest(row.json); },
-                    Throws<DecodingError>(AllOf(Property(&DecodingError::member, row.member),
-                                                Property(&DecodingError::reason, row.reason))))
-            << row.json;
+    const std::tuple<const char*, const char*, DecodingError::Reason> rows[] = {
+        {R"({})", "action", missing},
+        {R"({"action":"Ping"})", "action", unknownValue},
+        {R"({"action":"ping "})", "action", unknownValue},
+        {R"({"action":1})", "action", wrongType},
+        {R"({"action":"ping","fanIndex":null})", "fanIndex", wrongType},
+        {R"({"action":"ping","fanIndex":18446744073709551615})", "fanIndex", outOfRange},
+        {R"({"action":"ping","rpm":true})", "rpm", wrongType},
+        {R"({"action":"ping","rpm":-1e400})", "rpm", outOfRange},
+        {R"({"action":"ping","action":"resetAllAuto"})", "action", repeated},
+        {R"({"action":"ping"}{)", "", malformed}};
+    for (const auto& [json, member, reason] : rows) {
+        EXPECT_THAT([text = json] { decodeHelperRequest(text); },
+                    Throws<DecodingError>(AllOf(Property(&DecodingError::member, member),
+                                                Property(&DecodingError::reason, reason))))
+            << json;
     }
 }
 
@@ -73,9 +64,7 @@ TEST(HelperMessages, ResponsesNeedAllMembers) {
           R"({"success":true,"message":null,"version":1})"}) {
         EXPECT_THROW(decodeHelperResponse(json), DecodingError) << json;
     }
-}
-
-TEST(HelperMessages, OnlyASuccessfulPingOfThisVersionIsUsable) {
+    // Only a successful ping of this version is usable.
     EXPECT_TRUE(isUsableHelper({true, "", 1}));
     EXPECT_FALSE(isUsableHelper({true, "", 2}));
     EXPECT_FALSE(isUsableHelper({true, "", 0}));

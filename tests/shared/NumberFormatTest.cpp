@@ -22,20 +22,14 @@ TEST(NumberFormat, FixedAgreesWithPrintf) {
 }
 
 TEST(NumberFormat, WholeNumbers) {
-    struct Row {
-        double value;
-        const char* dropped;
-        const char* rounded;
-    };
-    const Row rows[] = {
+    const std::tuple<double, const char*, const char*> rows[] = {
         {2156.5, "2156", "2157"},   {2156.4, "2156", "2156"},
         {-0.5, "0", "-1"},          {-0.4, "0", "0"},
         {62.5, "62", "63"},         {1e15, "1000000000000000", "1000000000000000"},
-        {std::nan(""), "--", "--"}, {INFINITY, "--", "--"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(formatWhole(row.value), row.dropped);
-        EXPECT_EQ(formatRounded(row.value), row.rounded);
+        {std::nan(""), "--", "--"}, {INFINITY, "--", "--"}};
+    for (const auto& [value, dropped, rounded] : rows) {
+        EXPECT_EQ(formatWhole(value), dropped);
+        EXPECT_EQ(formatRounded(value), rounded);
     }
 }
 
