@@ -18,10 +18,7 @@ TEST(MachineRootPaths, ResolveBelowTheRootAndNowhereElse) {
     for (const char* path : {"", "var/run", "./x", "/var/../../etc", "/.."}) {
         EXPECT_THROW(root.resolve(path), std::invalid_argument) << path;
     }
-}
-
-TEST(MachineRootPaths, TheEnvironmentMustNameAFolder) {
-    const TemporaryFolder folder;
+    // The environment must name a folder.
     writeFile(folder.path() / "file", "");
     EXPECT_FALSE(chooseMachineRoot(nullptr, false).simulated);
     EXPECT_FALSE(chooseMachineRoot("", true).simulated);
@@ -34,12 +31,12 @@ TEST(MachineRootPaths, TheEnvironmentMustNameAFolder) {
 }
 
 TEST(MachineRootPaths, RootFollowsOnlyRoot) {
-    EXPECT_TRUE(mayTrustMachineRoot(0, 0, 0755));
-    EXPECT_FALSE(mayTrustMachineRoot(0, 501, 0700));
-    EXPECT_FALSE(mayTrustMachineRoot(0, 0, 0775));
-    EXPECT_FALSE(mayTrustMachineRoot(0, 0, 01777));
-    EXPECT_TRUE(mayTrustMachineRoot(501, 501, 0777));
-    EXPECT_TRUE(mayTrustMachineRoot(501, 502, 0700));
+    const std::tuple<uid_t, uid_t, mode_t, bool> rows[] = {
+        {0, 0, 0755, true},   {0, 501, 0700, false},  {0, 0, 0775, false},
+        {0, 0, 01777, false}, {501, 501, 0777, true}, {501, 502, 0700, true}};
+    for (const auto& [user, owner, mode, mayTrust] : rows) {
+        EXPECT_EQ(mayTrustMachineRoot(user, owner, mode), mayTrust) << owner << " " << mode;
+    }
 }
 
 TEST(HostPlatformChoice, AHostWithoutAMachineHasNoService) {

@@ -15,18 +15,14 @@
 namespace ventaro {
 namespace {
 
-using std::chrono::milliseconds;
-
-/// A service that answers each request with what `answer` makes of it; an empty packet closes.
+/// A service that answers each request with what `answer` makes of its selector; "" keeps silent,
+/// "close" closes the connection.
 class ScriptedService {
 public:
-    using Answer = std::function<std::string(std::uint32_t selector)>;
+    using Answer = std::function<std::string(std::uint32_t)>;
 
-    ScriptedService(const std::filesystem::path& path, Answer answer)
-        : path_(path),
-          answer_(std::move(answer)),
-          listener_(listenOnUnixSocket(path, 0600)),
-          thread_([this] { serve(); }) {}
+    ScriptedService(std::filesystem::path path, const Answer& answer)
+        : path_(std::move(path)), thread_([this, answer] { serve(answer); }) {}
     ~ScriptedService() {
         stop_ = true;
         thread_.join();
@@ -34,73 +30,75 @@ public:
     }
 
 private:
-    void serve() {
+    void serve(const Answer& answer) {
         FileDescriptor client;
-        while (!stop_) {
+        for (; !stop_; std::this_thread::yield()) {
             if (FileDescriptor next{::accept(listener_.get(), nullptr, nullptr)}) {
                 client = std::move(next);
             }
-            std::array<char, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> bytes{};
-            if (client && ::recv(client.get(), bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
-                SmcWire::RequestHeader request{};
-                std::memcpy(&request, bytes.data(), sizeof request);
-                const std::string reply = answer_(request.selector);
+            SmcWire::RequestHeader request{};
+            if (client && ::recv(client.get(), &request, sizeof request, MSG_DONTWAIT) > 0) {
+                const std::string reply = answer(request.selector);
                 if (reply == "close") {
                     client.reset();
                 } else if (!reply.empty()) {
                     ::send(client.get(), reply.data(), reply.size(), MSG_NOSIGNAL);
                 }
             }
-            std::this_thread::yield();
         }
     }
 
-    std::filesystem::path path_;
-    Answer answer_;
-    FileDescriptor listener_;
+    const std::filesystem::path path_;
+    const FileDescriptor listener_ = listenOnUnixSocket(path_, 0600);
     std::atomic<bool> stop_{false};
     std::thread thread_;
 };
 
 std::string answerWith(KernelReturn kernelReturn, const std::string& output) {
-    const SmcWire::AnswerHeader header{kernelReturn, static_cast<std::uint32_t>(output.size())};
+    const SmcWire::AnswerHeader header{kernelReturn, 0};
     return std::string(reinterpret_cast<const char*>(&header), sizeof header) + output;
 }
 
 class SimulatedService : public testing::Test {
 protected:
-    IOConnection open(IOKit& ioKit) {
-        const IOObject service = ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleSMC"));
+    IOConnection open() {
+        const IOObject service = find("AppleSMC");
         EXPECT_NE(service, 0U);
         IOConnection connection = 0;
-        EXPECT_EQ(ioKit.serviceOpen(service, 0, connection), KernelCode::success);
-        EXPECT_EQ(ioKit.objectRelease(service), KernelCode::success);
+        EXPECT_EQ(ioKit_.serviceOpen(service, 0, connection), KernelCode::success);
+        EXPECT_EQ(ioKit_.objectRelease(service), KernelCode::success);
         return connection;
     }
-    KernelReturn call(IOKit& ioKit, IOConnection connection, std::uint32_t selector = 2) {
-        outputSize_ = sizeof output_;
-        return ioKit.connectCallStructMethod(connection, selector, "in", 2, output_, outputSize_);
+    IOObject find(const char* name) {
+        return ioKit_.serviceGetMatchingService(ioKit_.serviceMatching(name));
+    }
+    KernelReturn call(IOConnection connection, std::uint32_t selector = 2) {
+        char output[8] = {};
+        std::size_t size = sizeof output;
+        const auto code =
+            ioKit_.connectCallStructMethod(connection, selector, "in", 2, output, size);
+        output_.assign(output, size);
+        return code;
     }
 
     TemporaryFolder folder_;
-    std::filesystem::path path_ = folder_.path() / "smc.sock";
-    char output_[8] = {};
-    std::size_t outputSize_ = 0;
+    const std::filesystem::path path_ = folder_.path() / "smc.sock";
+    SimulatedIOKit ioKit_{path_};
+    std::string output_;
 };
 
 TEST_F(SimulatedService, CarriesBlocksAndCodes) {
     const ScriptedService service(path_, [](std::uint32_t selector) {
         return answerWith(-7, "s" + std::to_string(selector));
     });
-    SimulatedIOKit ioKit(path_);
-    const IOConnection connection = open(ioKit);
-    EXPECT_EQ(call(ioKit, connection, 5), -7);
-    EXPECT_EQ(std::string(output_, outputSize_), "s5");
-    EXPECT_EQ(ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleFan")), 0U);
-    EXPECT_EQ(call(ioKit, connection + 1), KernelCode::notOpen);
-    EXPECT_EQ(ioKit.serviceClose(connection), KernelCode::success);
-    EXPECT_EQ(ioKit.serviceClose(connection), KernelCode::badArgument);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::notOpen);
+    const IOConnection connection = open();
+    EXPECT_EQ(call(connection, 5), -7);
+    EXPECT_EQ(output_, "s5");
+    EXPECT_EQ(find("AppleFan"), 0U);
+    EXPECT_EQ(call(connection + 1), KernelCode::notOpen);
+    EXPECT_EQ(ioKit_.serviceClose(connection), KernelCode::success);
+    EXPECT_EQ(ioKit_.serviceClose(connection), KernelCode::badArgument);
+    EXPECT_EQ(call(connection), KernelCode::notOpen);
 }
 
 TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
@@ -108,41 +106,35 @@ TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
     const ScriptedService service(path_, [&](std::uint32_t) {
         return requests++ == 0 ? std::string() : answerWith(0, "ok");
     });
-    SimulatedIOKit ioKit(path_, milliseconds(50));
-    const IOConnection connection = open(ioKit);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::timeout);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::success) << "on a fresh connection";
-    EXPECT_EQ(std::string(output_, outputSize_), "ok");
+    const IOConnection connection = open();
+    EXPECT_EQ(call(connection), KernelCode::timeout);
+    EXPECT_EQ(call(connection), KernelCode::success) << "on a fresh connection";
+    EXPECT_EQ(output_, "ok");
 }
 
 TEST_F(SimulatedService, ReconnectsBelowTheSameHandle) {
-    const auto answer = [](std::uint32_t) { return answerWith(0, ""); };
-    SimulatedIOKit ioKit(path_);
-    IOConnection connection = 0;
-    {
-        const ScriptedService service(path_, answer);
-        connection = open(ioKit);
-        EXPECT_EQ(call(ioKit, connection), KernelCode::success);
-    }
-    EXPECT_EQ(ioKit.serviceGetMatchingService(ioKit.serviceMatching("AppleSMC")), 0U);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::noDevice);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::noDevice);
-    const ScriptedService service(path_, answer);
-    EXPECT_EQ(call(ioKit, connection), KernelCode::success);
+    std::optional<ScriptedService> service;
+    service.emplace(path_, [](std::uint32_t) { return answerWith(0, ""); });
+    const IOConnection connection = open();
+    EXPECT_EQ(call(connection), KernelCode::success);
+    service.reset();
+    EXPECT_EQ(find("AppleSMC"), 0U);
+    EXPECT_EQ(call(connection), KernelCode::noDevice);
+    EXPECT_EQ(call(connection), KernelCode::noDevice);
+    service.emplace(path_, [](std::uint32_t) { return answerWith(0, ""); });
+    EXPECT_EQ(call(connection), KernelCode::success);
 }
 
 TEST_F(SimulatedService, BadAnswersAndBrokenConnectionsAreErrors) {
     const std::pair<std::string, KernelReturn> rows[] = {
         {"close", KernelCode::noDevice},
-        {"half", KernelCode::timeout},
-        {answerWith(0, std::string(sizeof output_ + 1, 'x')), KernelCode::noDevice},
-    };
-    for (const auto& [reply, code] : rows) {
-        const ScriptedService service(path_, [&reply = reply](std::uint32_t) { return reply; });
-        SimulatedIOKit ioKit(path_, milliseconds(200));
-        EXPECT_EQ(call(ioKit, open(ioKit)), code) << reply;
-        EXPECT_EQ(output_[0], 0) << "never more than there is room for";
+        {"x", KernelCode::noDevice},
+        {answerWith(0, std::string(200, 'x')), KernelCode::success}};
+    for (const auto& [answer, code] : rows) {
+        const ScriptedService service(path_, [reply = answer](std::uint32_t) { return reply; });
+        EXPECT_EQ(call(open()), code) << answer;
     }
+    EXPECT_EQ(output_, "xxxxxxxx") << "never more than there is room for";
 }
 
 } // namespace

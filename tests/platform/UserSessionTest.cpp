@@ -1,6 +1,5 @@
 #include "AtomicFile.h"
 #include "FileDefaults.h"
-#include "LinuxClock.h"
 #include "ProcessTable.h"
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
@@ -13,15 +12,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
+#include <set>
 
 namespace ventaro {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using namespace testing;
 
 TEST(AtomicFiles, ReplaceWholeFilesAndNothingElse) {
     const TemporaryFolder folder;
@@ -38,7 +36,7 @@ TEST(AtomicFiles, ReplaceWholeFilesAndNothingElse) {
     fs::create_directories(folder.path() / "folder/inside");
     for (const fs::path& path : {folder.path() / "missing/file", folder.path() / "folder"}) {
         EXPECT_THAT([&] { writeFileAtomically(path, "text", 0644); },
-                    testing::ThrowsMessage<FileError>(HasSubstr("kann nicht geschrieben werden: ")))
+                    ThrowsMessage<FileError>(HasSubstr("kann nicht geschrieben werden: ")))
             << path;
     }
     EXPECT_THROW(createFolders(file / "below"), FileError);
@@ -46,31 +44,30 @@ TEST(AtomicFiles, ReplaceWholeFilesAndNothingElse) {
         << "no temporary file is left";
 }
 
-class FileDefaultsTest : public testing::Test {
+class FileDefaultsTest : public Test {
 protected:
     FileDefaults open() {
         return FileDefaults(file_, [this](const std::string& line) { log_.push_back(line); });
     }
-    TemporaryFolder folder_;
+    const TemporaryFolder folder_;
     const fs::path file_ = folder_.path() / "config/settings.cbor";
     std::vector<std::string> log_;
 };
 
 TEST_F(FileDefaultsTest, KeepsValuesWithTheirTypes) {
-    const DefaultsData data{0x00, 0xFF, '"', 0x0A};
-    open().store({{"bool", true},
-                  {"zero", 0.0},
-                  {"number", 2200.25},
-                  {"text", std::string("ä\0x", 4)},
-                  {"data", data}});
-    open().store({{"bool", false}});
+    const std::vector<FileDefaults::Entry> entries{{"bool", true},
+                                                   {"zero", 0.0},
+                                                   {"number", 2200.25},
+                                                   {"text", std::string("ä\0x", 4)},
+                                                   {"data", DefaultsData{0x00, 0xFF, '"', 0x0A}}};
+    open().store({{"bool", false}, {"kept", 1.0}});
+    open().store(entries);
     const FileDefaults defaults = open();
-    EXPECT_EQ(defaults.value<bool>("bool"), false);
-    EXPECT_EQ(defaults.value<double>("zero"), 0);
+    for (const auto& [key, value] : entries) {
+        EXPECT_EQ(defaults.object(key), value) << key;
+    }
+    EXPECT_EQ(defaults.value<double>("kept"), 1);
     EXPECT_EQ(defaults.value<bool>("zero"), std::nullopt) << "a number is no boolean";
-    EXPECT_EQ(defaults.value<double>("number"), 2200.25);
-    EXPECT_EQ(defaults.value<std::string>("text"), std::string("ä\0x", 4));
-    EXPECT_EQ(defaults.value<DefaultsData>("data"), data);
     EXPECT_EQ(defaults.value<std::string>("data"), std::nullopt);
     EXPECT_FALSE(defaults.object("missing"));
     EXPECT_THAT(log_, IsEmpty());
@@ -79,52 +76,47 @@ TEST_F(FileDefaultsTest, KeepsValuesWithTheirTypes) {
 TEST_F(FileDefaultsTest, ADamagedFileIsSetAsideByTheNextSave) {
     open().store({{"number", 1.0}, {"text", std::string("text")}});
     const std::string whole = readFile(file_);
-    const std::string damaged[] = {"",
-                                   whole.substr(0, whole.size() - 1),
-                                   whole + "x",
-                                   "\x81\x01",
-                                   std::string(100000, '\x81'),
-                                   "\xa1\x61k" + std::string(100000, '\x81'),
-                                   std::string(2000000, 'x')};
-    for (const std::string& text : damaged) {
+    const std::string deep(100000, '\x81');
+    for (const std::string& text :
+         {std::string(), whole.substr(0, whole.size() - 1), whole + "x", std::string("\x81\x01"),
+          deep, "\xa1\x61k" + deep, std::string(2000000, 'x')}) {
         log_.clear();
         writeFile(file_, text);
         FileDefaults defaults = open();
         EXPECT_FALSE(defaults.object("number"));
         EXPECT_EQ(readFile(file_), text) << "reading changes nothing";
-        EXPECT_EQ(log_.size(), 1U);
+        EXPECT_THAT(log_, SizeIs(1));
         defaults.store({{"number", 2.0}});
         EXPECT_EQ(readFile(file_.string() + ".damaged"), text);
         EXPECT_EQ(open().value<double>("number"), 2);
     }
     log_.clear();
-    writeFile(file_,
-              std::string("\xa3\x61k\xa1\x61n\x01\x61m\x81\x01\x61n\x02")); // values nobody knows
+    writeFile(file_, "\xa3\x61k\xa1\x61n\x01\x61m\x81\x01\x61n\x02"); // values nobody knows
     EXPECT_EQ(open().value<double>("n"), 2);
     EXPECT_FALSE(open().object("k"));
     EXPECT_THAT(log_, IsEmpty());
 }
 
-TEST_F(FileDefaultsTest, WhatIsThereButCannotBeReadIsNeverReplaced) {
+TEST_F(FileDefaultsTest, WhatCannotBeReadIsNeverReplacedAndWhatCannotBeWrittenIsWrittenLater) {
     fs::create_directories(file_.parent_path());
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
-    FileDefaults defaults = open(); // does not wait for a writer either
-    defaults.store({{"number", 1.0}});
-    EXPECT_EQ(defaults.value<double>("number"), 1);
+    {
+        FileDefaults unreadable = open(); // does not wait for a writer either
+        unreadable.store({{"number", 1.0}});
+        EXPECT_EQ(unreadable.value<double>("number"), 1);
+    }
     EXPECT_TRUE(fs::is_fifo(file_));
-    EXPECT_EQ(log_.size(), 1U);
-}
+    EXPECT_THAT(log_, ElementsAre(HasSubstr("nothing is saved")));
 
-TEST_F(FileDefaultsTest, WhatCannotBeWrittenIsRememberedAndWrittenLater) {
-    writeFile(folder_.path() / "config", "in the way of the folder");
-    FileDefaults defaults = open();
-    defaults.store({{"number", 1.0}});
-    EXPECT_EQ(defaults.value<double>("number"), 1);
-    ASSERT_EQ(log_.size(), 1U);
-    EXPECT_THAT(log_[0], HasSubstr("not saved"));
-    fs::remove(folder_.path() / "config");
-    defaults.store({{"number", 1.0}}); // the same once more
-    EXPECT_EQ(open().value<double>("number"), 1);
+    fs::remove_all(file_.parent_path());
+    writeFile(file_.parent_path(), "in the way of the folder");
+    FileDefaults unwritable = open();
+    unwritable.store({{"number", 2.0}});
+    EXPECT_EQ(unwritable.value<double>("number"), 2);
+    EXPECT_THAT(log_, ElementsAre(_, HasSubstr("not saved")));
+    fs::remove(file_.parent_path());
+    unwritable.store({{"number", 2.0}}); // the same once more
+    EXPECT_EQ(open().value<double>("number"), 2);
 }
 
 TEST_F(FileDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
@@ -150,7 +142,7 @@ TEST_F(FileDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
     }
 }
 
-TEST(AdministratorScriptsTest, OnlyDoShellScriptsAreScripts) {
+TEST(AdministratorScriptsTest, AreDoShellScriptsOnThisMachine) {
     EXPECT_EQ(shellCommandOf(R"(do shell script "a \"b\" \\c" with administrator privileges)"),
               R"(a "b" \c)");
     for (const char* source :
@@ -159,9 +151,7 @@ TEST(AdministratorScriptsTest, OnlyDoShellScriptsAreScripts) {
           R"(do shell script "a\" with administrator privileges)"}) {
         EXPECT_FALSE(shellCommandOf(source)) << source;
     }
-}
-
-TEST(AdministratorScriptsTest, WordsOfTheMachineMoveBelowItsRoot) {
+    // Words of the machine move below its root.
     const TemporaryFolder folder;
     const MachineRoot root(folder.path());
     const std::string in = "'" + folder.path().string() + "'";
@@ -180,23 +170,28 @@ TEST(AdministratorScriptsTest, WordsOfTheMachineMoveBelowItsRoot) {
     }
 }
 
+/// Each as its name and identifier.
+std::set<std::string> shown(ProcessTable& table) {
+    table.refresh();
+    std::set<std::string> applications;
+    for (const auto& application : *table.current()) {
+        applications.insert(application.localizedName + " / " + application.bundleIdentifier);
+    }
+    return applications;
+}
+
 TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
     const TemporaryFolder folder;
-    const auto add = [&](const std::string& path) {
-        const fs::path program = folder.path() / path;
-        fs::create_directories(program.parent_path());
-        fs::copy_file("/bin/sleep", program);
-        return program.string();
+    const auto add = [&](const std::string& path, const char* program = "/bin/sleep") {
+        const fs::path copy = folder.path() / path;
+        fs::create_directories(copy.parent_path());
+        fs::copy_file(program, copy);
+        return copy.string();
     };
     ProcessTable table;
     ProcessTable machine{MachineRoot(folder.path())};
-    const auto seen = [](ProcessTable& processes, const std::string& name,
-                         const std::string& identifier) {
-        processes.refresh();
-        const auto list = processes.current();
-        return std::any_of(list->begin(), list->end(), [&](const auto& application) {
-            return application.localizedName == name && application.bundleIdentifier == identifier;
-        });
+    const auto appears = [&](const std::string& application) {
+        return waitUntil([&] { return shown(table).contains(application); });
     };
     const std::string longName = "Macs Fan Control with a long name";
     {
@@ -204,46 +199,45 @@ TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
             folder.path(), {add("bin/" + longName), "100"},
             {"VENTARO_MACHINE_ROOT=" + folder.path().string() + "/"}); // a slash too many
         const Program innocent(folder.path(), {add("Macs Fan Control/editor"), "100"});
-        const fs::path gate = folder.path() / "gate";
+        const std::string gate = folder.path() / "gate";
         ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
-        fs::copy_file("/bin/sh", folder.path() / "bin/starter");
         const Program starter(folder.path(),
-                              {folder.path() / "bin/starter", "-c",
-                               "read line <" + gate.string() +
+                              {add("bin/starter", "/bin/sh"), "-c",
+                               "read line <" + gate +
                                    "; GIO_LAUNCHED_DESKTOP_FILE_PID=$$ "
                                    "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/org.TGPro.App.desktop "
                                    "exec \"" +
                                    add("bin/fans") + "\" 100"});
-        EXPECT_TRUE(waitUntil([&] { return seen(table, "starter", "starter"); }));
+        EXPECT_TRUE(appears("starter / starter"));
         writeFile(gate, "\n");
-        EXPECT_TRUE(waitUntil([&] { return seen(table, "fans", "org.TGPro.App"); }))
-            << "another program in a process that is known";
-        EXPECT_TRUE(waitUntil([&] { return seen(table, longName, longName); }));
-        EXPECT_TRUE(waitUntil([&] { return seen(table, "editor", "editor"); }));
-        EXPECT_TRUE(seen(machine, longName, longName));
-        EXPECT_EQ(machine.current()->size(), 1U) << "no other runs on the machine";
+        EXPECT_TRUE(appears("fans / org.TGPro.App")) << "in a process that is known";
+        EXPECT_TRUE(appears(longName + " / " + longName));
+        EXPECT_TRUE(appears("editor / editor"));
+        EXPECT_THAT(shown(machine), ElementsAre(longName + " / " + longName));
     }
-    EXPECT_FALSE(seen(table, longName, longName)) << "it has ended";
+    EXPECT_FALSE(shown(table).contains(longName + " / " + longName)) << "it has ended";
 }
 
 TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
     const TemporaryFolder folder;
-    SimulatedClock clock(MachineRoot(folder.path()), std::make_unique<LinuxClock>());
+    SimulatedClock clock((MachineRoot(folder.path())));
     const auto ticker = clock.ticker(std::chrono::milliseconds(300));
     const auto canBeRead = [&](int milliseconds) {
         pollfd entry{ticker->descriptor(), POLLIN, 0};
         return ::poll(&entry, 1, milliseconds) == 1;
     };
-    EXPECT_TRUE(canBeRead(60000));
-    ticker->acknowledge();
-    EXPECT_FALSE(canBeRead(0)) << "the tick has been taken";
+    const auto ticksOnce = [&] {
+        EXPECT_TRUE(canBeRead(60000));
+        ticker->acknowledge();
+        EXPECT_FALSE(canBeRead(0)) << "the tick has been taken";
+    };
+    ticksOnce();
 
     // The machine is switched on, ticks once, and is switched off.
-    fs::create_directories(folder.path() / "var/run/ventaro-simulator");
-    FileDescriptor listener =
-        listenOnUnixSocket(folder.path() / "var/run/ventaro-simulator/clock.sock", 0600);
-    EXPECT_TRUE(canBeRead(60000));
-    ticker->acknowledge();
+    const fs::path socket = folder.path() / "var/run/ventaro-simulator/clock.sock";
+    fs::create_directories(socket.parent_path());
+    FileDescriptor listener = listenOnUnixSocket(socket, 0600);
+    ticksOnce();
     FileDescriptor machine;
     EXPECT_TRUE(waitUntil([&] {
         machine.reset(::accept(listener.get(), nullptr, nullptr));
@@ -252,15 +246,12 @@ TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
     std::uint32_t interval = 0;
     EXPECT_EQ(::recv(machine.get(), &interval, sizeof interval, 0), sizeof interval);
     EXPECT_EQ(interval, 300U);
-    EXPECT_FALSE(canBeRead(0));
     EXPECT_EQ(::send(machine.get(), "", 1, 0), 1);
-    EXPECT_TRUE(canBeRead(60000));
-    ticker->acknowledge();
-    EXPECT_FALSE(canBeRead(0));
+    ticksOnce();
     listener.reset();
     machine.reset();
     ticker->acknowledge();
-    EXPECT_TRUE(canBeRead(60000)) << "the host's time again";
+    ticksOnce(); // in the host's time again
 }
 
 } // namespace
