@@ -13,10 +13,7 @@ namespace {
 constexpr double stepSeconds = 0.05;
 
 struct Result {
-    double cpu;
-    double gpu;
-    double watts;
-    double leftRPM;
+    double cpu, gpu, watts, leftRPM;
     bool throttled;
 };
 
