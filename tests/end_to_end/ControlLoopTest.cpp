@@ -9,8 +9,6 @@
 #include "SystemHardwareInspector.h"
 #include "ThreadTaskRunner.h"
 
-#include <gmock/gmock.h>
-
 #include <QCoreApplication>
 #include <QString>
 #include <cmath>
@@ -20,45 +18,43 @@ namespace ventaro {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace testing;
 
 /// The real controller in this process, the real helper in its own, on a simulated MacBook whose
 /// clock the test steps.
-class ControlLoop {
-public:
+struct ControlLoop {
     explicit ControlLoop(const std::vector<std::string>& options = {}, bool helperInstalled = true)
-        : machine_(options, helperInstalled), bundle_(machine_.folder() / "it's \"a\\b\" \u00fc") {
-        fs::create_directories(bundle_);
-        fs::copy_file(bin + "VentaroHelper", bundle_ / "VentaroHelper");
-        session_.bundle.executable = bundle_ / "Ventaro";
-        controller_ = std::make_unique<FanControllerViewModel>(
-            FanControllerDependencies{smc_, client_, inspector_, root_, session_, tasks_});
-        tasks_.finishAll();
+        : machine(options, helperInstalled), bundle(machine.folder() / "it's \"a\\b\" \u00fc") {
+        fs::create_directories(bundle);
+        fs::copy_file(bin + "VentaroHelper", bundle / "VentaroHelper");
+        session.bundle.executable = bundle / "Ventaro";
+        controller.emplace(FanControllerDependencies{smc, client, inspector, root, session, tasks});
+        settle();
     }
     ~ControlLoop() {
-        controller_->shutdown();
-        tasks_.finishAll();
+        controller->shutdown();
+        settle();
     }
 
-    FanControllerViewModel& controller() { return *controller_; }
-    SimulatedMachine& machine() { return machine_; }
-    SMCService& smc() { return smc_; }
-    double key(const char* name) { return smc_.readDouble(name).value_or(-1); }
-
+    void settle() { tasks.finishAll(); }
+    double key(const char* name) { return smc.readDouble(name).value_or(-1); }
     void tell(const MachineCommand& command) {
-        EXPECT_EQ(sendMachineCommand(root_, command, std::chrono::minutes(1)).exitCode, 0);
+        EXPECT_EQ(sendMachineCommand(root, command, std::chrono::minutes(1)).exitCode, 0);
     }
     /// Lets two seconds pass, and all that they bring about.
     void tick(const std::string& seconds = "2") {
-        const std::int64_t count = controller_->tickCount() + 1;
+        const std::int64_t count = controller->tickCount() + 1;
         tell({"step", seconds});
-        EXPECT_TRUE(processUntil([&] {
-            return controller_->tickCount() == count && !controller_->isPollingInFlight();
-        }));
-        if (!controller_->isLoadingHardwareInfo()) {
-            tasks_.finishAll();
+        EXPECT_TRUE(processUntil(
+            [&] { return controller->tickCount() == count && !controller->isPollingInFlight(); }));
+        if (!controller->isLoadingHardwareInfo()) {
+            settle();
         }
     }
-    void settle() { tasks_.finishAll(); }
+    void select(ControlProfile profile) {
+        controller->selectProfile(profile);
+        settle();
+    }
     static bool processUntil(const std::function<bool()>& condition) {
         return waitUntil([&] {
             QCoreApplication::processEvents();
@@ -66,36 +62,34 @@ public:
         });
     }
 
-private:
-    SimulatedMachine machine_;
-    MachineRoot root_{machine_.root()};
-    Platform platform_ = makeSimulatedPlatform(root_);
-    const std::shared_ptr<UserSession> owner_ = makeHostSession(platform_);
-    UserSession& session_ = *owner_;
-    fs::path bundle_;
-    SMCService smc_{*platform_.ioKit};
-    HelperClient client_{root_.resolve(HelperConstants::socketPath),
-                         std::chrono::seconds(2),
-                         std::chrono::seconds(2),
-                         {root_,
-                          {bundle_ / "Ventaro", std::nullopt},
-                          session_.administratorScripts.get(),
-                          [](std::chrono::milliseconds time) {
-                              std::this_thread::sleep_for(time); // real: a process is starting
-                          }}};
-    SystemHardwareInspector inspector_{*session_.hostInformation};
-    ThreadTaskRunner tasks_;
-    std::unique_ptr<FanControllerViewModel> controller_;
+    SimulatedMachine machine;
+    MachineRoot root{machine.root()};
+    Platform platform = makeSimulatedPlatform(root);
+    const std::shared_ptr<UserSession> owner = makeHostSession(platform);
+    UserSession& session = *owner;
+    fs::path bundle;
+    SMCService smc{*platform.ioKit};
+    HelperClient client{root.resolve(HelperConstants::socketPath),
+                        std::chrono::seconds(2),
+                        std::chrono::seconds(2),
+                        {root,
+                         {bundle / "Ventaro", std::nullopt},
+                         session.administratorScripts.get(),
+                         [](std::chrono::milliseconds time) {
+                             std::this_thread::sleep_for(time); // real: a process is starting
+                         }}};
+    SystemHardwareInspector inspector{*session.hostInformation};
+    ThreadTaskRunner tasks;
+    std::optional<FanControllerViewModel> controller;
 };
 
 /// The temperatures of `ticks` ticks along the curve, with the load changing on the way.
 std::vector<double> followCurve(ControlLoop& loop, int ticks) {
     const char* const workloads[] = {"compile", "idle", "game", "office", "burst"};
     constexpr int ticksPerWorkload = 90;
-    FanControllerViewModel& controller = loop.controller();
+    FanControllerViewModel& controller = *loop.controller;
     std::vector<double> temperatures;
-    controller.selectProfile(ControlProfile::smartCurve);
-    loop.settle();
+    loop.select(ControlProfile::smartCurve);
     for (int tick = 0; tick < ticks; ++tick) {
         if (tick % ticksPerWorkload == 0) {
             loop.tell({"workload", workloads[(tick / ticksPerWorkload) % 5]});
@@ -119,18 +113,17 @@ TEST(ControlLoopTest, FollowsTheCurveForHalfAnHour) {
     ControlLoop loop;
     const auto temperatures = followCurve(loop, ticks);
     EXPECT_EQ(loop.key("F0Md"), 1);
-    EXPECT_GT(*std::max_element(temperatures.begin(), temperatures.end()), 75) << "it was hot";
-    EXPECT_LT(*std::max_element(temperatures.begin(), temperatures.end()), 95) << "not too hot";
-    EXPECT_LT(*std::min_element(temperatures.begin(), temperatures.end()), 55) << "it was idle";
+    EXPECT_THAT(temperatures, AllOf(Contains(Gt(75)), Each(Lt(95)), Contains(Lt(55))))
+        << "it was hot, but not too hot, and idle";
     // The helper notes every speed it sets. 333 pairs on 900 ticks: most moves are below 45 RPM.
-    const std::string log = readFile(loop.machine().path("/var/log/com.ventaro.helper.log"));
-    const auto speeds = QString::fromStdString(log).count(" forced");
+    const auto log = QString::fromStdString(loop.machine.log("com.ventaro.helper.log"));
+    const auto speeds = log.count(" forced");
     EXPECT_GT(speeds, 2 * 20);
     EXPECT_LT(speeds, 2 * 350);
-    EXPECT_EQ(loop.controller().history().size(), 60U);
-    EXPECT_FALSE(loop.controller().hasStatusMessage());
+    EXPECT_EQ(loop.controller->history().size(), 60U);
+    EXPECT_FALSE(loop.controller->hasStatusMessage());
 
-    loop.controller().shutdown();
+    loop.controller->shutdown();
     EXPECT_EQ(loop.key("F0Md"), 0);
     EXPECT_EQ(loop.key("F1Md"), 0);
 }
@@ -144,26 +137,25 @@ TEST(ControlLoopTest, TheSameRunGivesTheSameTemperatures) {
 
 TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
     ControlLoop loop;
-    FanControllerViewModel& controller = loop.controller();
+    FanControllerViewModel& controller = *loop.controller;
     EXPECT_TRUE(controller.isHelperInstalled());
-    const pid_t helper = loop.machine().helperProcess();
+    const pid_t helper = loop.machine.helperProcess();
     ::kill(helper, SIGKILL); // young, so that launchd holds the restart back
-    ASSERT_TRUE(waitUntil([&] { return loop.machine().helperProcess() == 0; }));
+    ASSERT_TRUE(waitUntil([&] { return loop.machine.helperProcess() == 0; }));
     while (controller.tickCount() < 4) {
         EXPECT_TRUE(controller.isHelperInstalled()) << "nobody has looked before tick 4";
         loop.tick();
     }
     EXPECT_FALSE(controller.isHelperInstalled());
     EXPECT_FALSE(controller.hasStatusMessage()) << "a check says nothing";
-    controller.selectProfile(ControlProfile::turbo);
-    loop.settle();
+    loop.select(ControlProfile::turbo);
     EXPECT_EQ(controller.statusMessage(),
               "Bitte zuerst den Hintergrund-Helper oben per Klick installieren.");
     EXPECT_EQ(controller.lastAppliedRPMs().at(0), 5616);
     EXPECT_EQ(loop.key("F0Md"), 0);
 
     loop.tick("10"); // launchd restarts it
-    ASSERT_TRUE(waitUntil([&] { return loop.machine().ctl({"ping"}).exitCode == 0; }));
+    ASSERT_TRUE(loop.machine.answers());
     while (controller.tickCount() < 8) {
         EXPECT_FALSE(controller.isHelperInstalled());
         loop.tick();
@@ -177,36 +169,36 @@ TEST(ControlLoopTest, QuittingDoesNotWaitForTheProfiler) {
     const auto begin = std::chrono::steady_clock::now();
     {
         ControlLoop loop;
-        loop.controller().refreshHardwareSpecs();
+        loop.controller->refreshHardwareSpecs();
         loop.settle();
-        ASSERT_EQ(loop.controller().hardwareSections().size(), 6U);
-        EXPECT_EQ(loop.controller().hardwareSections()[4].subtitle,
+        ASSERT_EQ(loop.controller->hardwareSections().size(), 6U);
+        EXPECT_EQ(loop.controller->hardwareSections()[4].subtitle,
                   "APPLE SSD AP1024N · 1 TB PCIe x4 (8.0 GT/s)");
-        const fs::path profiler = loop.machine().path("/usr/sbin/system_profiler");
-        const fs::path started = loop.machine().folder() / "started";
+        const fs::path profiler = loop.machine.path("/usr/sbin/system_profiler");
+        const fs::path started = loop.machine.folder() / "started";
         fs::remove(profiler);
         writeFile(profiler, "#!/bin/sh\n: >" + started.string() + "\nsleep 600\ntrue\n");
         fs::permissions(profiler, fs::perms(0755));
-        loop.controller().refreshHardwareSpecs();
+        loop.controller->refreshHardwareSpecs();
         EXPECT_TRUE(waitUntil([&] { return fs::exists(started); }));
         loop.tick();
-        EXPECT_TRUE(loop.controller().isLoadingHardwareInfo()) << "and the loop goes on meanwhile";
-        loop.controller().shutdown();
+        EXPECT_TRUE(loop.controller->isLoadingHardwareInfo()) << "and the loop goes on meanwhile";
+        loop.controller->shutdown();
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(300));
 }
 
 TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
     ControlLoop loop({"--consent", "waiting"}, false);
-    FanControllerViewModel& controller = loop.controller();
+    FanControllerViewModel& controller = *loop.controller;
     const auto install = [&](const MachineCommand& consent) {
         controller.installHelper();
         EXPECT_TRUE(controller.isInstallingHelper());
         loop.tell(consent);
         EXPECT_TRUE(ControlLoop::processUntil([&] { return !controller.isInstallingHelper(); }));
     };
-    const std::string binary = loop.machine().path(HelperConstants::helperBinaryInstallPath);
-    const std::string list = loop.machine().path(HelperConstants::launchDaemonPlistPath);
+    const std::string binary = loop.machine.path(HelperConstants::helperBinaryInstallPath);
+    const std::string list = loop.machine.path(HelperConstants::launchDaemonPlistPath);
 
     install({"consent", "refused", "Der Benutzer hat abgebrochen."});
     EXPECT_EQ(controller.statusMessage(), "Der Benutzer hat abgebrochen.");
@@ -216,7 +208,7 @@ TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
     fs::create_directories(list); // the chain stops at its fifth command
     install({"consent", "granted"});
     EXPECT_TRUE(controller.isErrorStatus());
-    EXPECT_THAT(*controller.statusMessage(), testing::HasSubstr("com.ventaro.helper.plist"));
+    EXPECT_THAT(*controller.statusMessage(), HasSubstr("com.ventaro.helper.plist"));
     EXPECT_TRUE(fs::exists(binary)) << "what was done before it stays";
     fs::remove_all(list);
 
@@ -226,14 +218,13 @@ TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
         EXPECT_EQ(controller.statusMessage(),
                   "Hintergrund-Helper erfolgreich installiert und aktiv!");
         EXPECT_TRUE(controller.isHelperInstalled());
-        const pid_t helper = loop.machine().helperProcess();
+        const pid_t helper = loop.machine.helperProcess();
         EXPECT_NE(helper, 0);
         EXPECT_NE(helper, before) << "a new one each time";
         before = helper;
     }
     EXPECT_EQ(fs::status(binary).permissions(), fs::perms(0755));
-    controller.selectProfile(ControlProfile::turbo);
-    loop.settle();
+    loop.select(ControlProfile::turbo);
     EXPECT_EQ(loop.key("F0Md"), 1);
 
     for (int round = 0; round < 2; ++round) { // also when nothing is installed
@@ -244,11 +235,10 @@ TEST(InstallationTest, InstallsReinstallsAndRemovesTheHelper) {
     }
     EXPECT_EQ(controller.activeProfile(), ControlProfile::systemAuto);
     EXPECT_EQ(loop.key("F0Md"), 0) << "the fans are free";
-    for (const std::string& path :
-         {binary, list, loop.machine().path(HelperConstants::socketPath)}) {
+    for (const std::string& path : {binary, list, loop.machine.path(HelperConstants::socketPath)}) {
         EXPECT_FALSE(fs::exists(path)) << path;
     }
-    EXPECT_EQ(loop.machine().launchctl({"list"}).output, "");
+    EXPECT_EQ(loop.machine.launchctl("list").output, "");
 }
 
 } // namespace
