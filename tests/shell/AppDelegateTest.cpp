@@ -2,99 +2,83 @@
 
 #include "StartArguments.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <deque>
-#include <memory>
 #include <string>
 
 namespace ventaro {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class RecordingWindow final : public ApplicationWindow {
-public:
-    RecordingWindow(QString title, std::vector<std::string>& calls)
-        : title_(std::move(title)), calls_(calls) {}
+struct RecordingWindow final : ApplicationWindow {
+    RecordingWindow(const char* name, std::string& log)
+        : title_(QString::fromUtf8(name)), log_(log) {}
     QString title() const override { return title_; }
     bool isVisible() const override { return visible; }
-    void orderOut() override { record("out"); }
-    void close() override { record("close"); }
-    void makeKeyAndOrderFront() override { record("front"); }
+    void orderOut() override { record("out "); }
+    void close() override { record("close "); }
+    void makeKeyAndOrderFront() override { record("front "); }
+    void record(const char* call) const { log_ += call + title_.left(1).toStdString() + ", "; }
+
     bool visible = false;
 
 private:
-    void record(const char* call) {
-        calls_.push_back(std::string(call) + ' ' + title_.left(1).toStdString());
-    }
-    QString title_;
-    std::vector<std::string>& calls_;
+    const QString title_;
+    std::string& log_;
 };
 
-/// A desktop that only keeps a record; what is queued runs when the test says so.
-class RecordingShell final : public ApplicationShell {
-public:
+/// A desktop that only keeps a record; what is queued runs when the record is taken.
+struct RecordingShell final : ApplicationShell {
     ActivationPolicy activationPolicy() const override { return policy; }
     void setActivationPolicy(ActivationPolicy wanted) override {
         policy = wanted;
-        calls.emplace_back(wanted == ActivationPolicy::regular ? "regular" : "accessory");
+        log += wanted == ActivationPolicy::regular ? "regular, " : "accessory, ";
     }
-    void activateIgnoringOtherApps() override { calls.emplace_back("activate"); }
+    void activateIgnoringOtherApps() override { log += "activate, "; }
     std::vector<ApplicationWindow*> windows() override {
         std::vector<ApplicationWindow*> all;
-        for (const auto& window : owned) {
-            all.push_back(window.get());
+        for (RecordingWindow& window : owned) {
+            all.push_back(&window);
         }
         return all;
     }
-    void openWindow(const QString& identifier) override {
-        calls.push_back("open " + identifier.toStdString());
-    }
+    void openWindow(const QString& id) override { log += "open " + id.toStdString() + ", "; }
     ObserverToken addWindowWillCloseObserver(WillCloseObserver added) override {
         observer = std::move(added);
         return 7;
     }
     void removeObserver(ObserverToken token) override {
-        calls.push_back("remove " + std::to_string(token));
+        log += "remove " + std::to_string(token) + ", ";
     }
     void async(Action action) override { queue.push_back(std::move(action)); }
-    void terminate() override { calls.emplace_back("terminate"); }
+    void terminate() override { log += "terminate, "; }
 
-    RecordingWindow& add(const char* title) {
-        return *owned.emplace_back(
-            std::make_unique<RecordingWindow>(QString::fromUtf8(title), calls));
-    }
-    std::vector<std::string> taken() { return std::exchange(calls, {}); }
-    std::vector<std::string> takenFromQueue() {
+    /// What was done since the last call, and behind a line what was queued.
+    std::string taken() {
+        log += "| ";
         for (; !queue.empty(); queue.pop_front()) {
             queue.front()();
         }
-        return taken();
+        return std::exchange(log, {});
     }
 
     ActivationPolicy policy = ActivationPolicy::regular;
-    std::vector<std::unique_ptr<RecordingWindow>> owned;
-    std::vector<std::string> calls;
+    std::string log;
+    std::deque<RecordingWindow> owned;
     std::deque<Action> queue;
     WillCloseObserver observer;
 };
 
 TEST(AppDelegateTest, IsMinimisedByWholeArgumentsOnly) {
-    struct Row {
-        QStringList arguments;
-        bool isMinimized;
-    };
-    const Row rows[] = {{{"Ventaro"}, false},
-                        {{"Ventaro", "x", "--minimized"}, true},
-                        {{"Ventaro", "--background", "-x"}, true},
-                        {{"Ventaro", "--minimized=1"}, false},
-                        {{"Ventaro", "-minimized"}, false},
-                        {{"Ventaro", "--Minimized"}, false}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(AppDelegate::isLaunchedMinimized(row.arguments), row.isMinimized)
-            << row.arguments.join(' ').toStdString();
+    const std::pair<QStringList, bool> rows[] = {{{"Ventaro"}, false},
+                                                 {{"Ventaro", "x", "--minimized"}, true},
+                                                 {{"Ventaro", "--background", "-x"}, true},
+                                                 {{"Ventaro", "--minimized=1"}, false},
+                                                 {{"Ventaro", "-minimized"}, false},
+                                                 {{"Ventaro", "--Minimized"}, false}};
+    for (const auto& [arguments, isMinimized] : rows) {
+        EXPECT_EQ(AppDelegate::isLaunchedMinimized(arguments), isMinimized)
+            << arguments.join(' ').toStdString();
     }
     EXPECT_EQ(unknownArguments({"Ventaro", "--minimized", "--minimised", "x"}),
               QStringList({"--minimised", "x"}));
@@ -102,69 +86,58 @@ TEST(AppDelegateTest, IsMinimisedByWholeArgumentsOnly) {
 
 TEST(AppDelegateTest, StartsInEachOfTheTwoWays) {
     RecordingShell shell;
-    shell.add("other");
-    shell.add("1 Ventaro");
-    shell.add("2 Ventaro");
+    for (const char* title : {"other", "1 Ventaro", "2 Ventaro"}) {
+        shell.owned.emplace_back(title, shell.log);
+    }
     AppDelegate normal(shell, {});
     normal.applicationDidFinishLaunching();
     normal.dashboardWillAppear([] {});
-    EXPECT_THAT(shell.taken(), ElementsAre("regular", "activate"));
-    EXPECT_THAT(shell.takenFromQueue(), IsEmpty());
+    EXPECT_EQ(shell.taken(), "regular, activate, | ");
 
     AppDelegate minimized(shell, {"--background"});
     minimized.applicationDidFinishLaunching();
-    EXPECT_THAT(shell.taken(), ElementsAre("accessory"));
-    EXPECT_THAT(shell.takenFromQueue(), ElementsAre("out 1", "close 1", "out 2", "close 2"));
+    EXPECT_EQ(shell.taken(), "accessory, | out 1, close 1, out 2, close 2, ");
     minimized.dashboardWillAppear([] {});
-    EXPECT_THAT(shell.taken(), IsEmpty());
-    EXPECT_THAT(shell.takenFromQueue(), ElementsAre("out 1", "close 1", "out 2", "close 2"));
+    EXPECT_EQ(shell.taken(), "| out 1, close 1, out 2, close 2, ");
+
+    EXPECT_TRUE(normal.applicationShouldHandleReopen(true));
+    EXPECT_EQ(shell.taken(), "| ") << "what is visible is not opened";
+    EXPECT_TRUE(normal.applicationShouldHandleReopen(false));
+    EXPECT_EQ(shell.taken(), "regular, front 1, front 2, activate, | ");
+    normal.openDashboardWindow();
+    EXPECT_EQ(shell.taken(), "regular, open dashboard, | activate, front 1, front 2, ");
 }
 
 TEST(AppDelegateTest, BecomesAnAccessoryWhenTheDashboardIsGone) {
     RecordingShell shell;
-    RecordingWindow& dashboard = shell.add("Ventaro");
-    RecordingWindow& other = shell.add("ventaro");
+    RecordingWindow& dashboard = shell.owned.emplace_back("Ventaro", shell.log);
+    RecordingWindow& other = shell.owned.emplace_back("ventaro", shell.log);
     AppDelegate delegate(shell, {});
     delegate.applicationDidFinishLaunching();
     shell.taken();
 
     shell.observer(other);
-    EXPECT_THAT(shell.takenFromQueue(), IsEmpty());
+    EXPECT_EQ(shell.taken(), "| ");
     shell.observer(dashboard);
-    EXPECT_THAT(shell.taken(), IsEmpty()) << "not before the window has closed";
-    EXPECT_THAT(shell.takenFromQueue(), ElementsAre("accessory"));
+    EXPECT_EQ(shell.taken(), "| accessory, ") << "not before the window has closed";
     shell.observer(dashboard);
     dashboard.visible = true; // opened again meanwhile
-    EXPECT_THAT(shell.takenFromQueue(), IsEmpty());
+    EXPECT_EQ(shell.taken(), "| ");
     EXPECT_FALSE(delegate.applicationShouldTerminateAfterLastWindowClosed());
-    EXPECT_THAT(shell.taken(), ElementsAre("accessory"));
-}
-
-TEST(AppDelegateTest, ReopensOnlyWhatIsNotVisible) {
-    RecordingShell shell;
-    shell.add("other");
-    shell.add("1 Ventaro");
-    AppDelegate delegate(shell, {});
-    EXPECT_TRUE(delegate.applicationShouldHandleReopen(true));
-    EXPECT_THAT(shell.taken(), IsEmpty());
-    EXPECT_TRUE(delegate.applicationShouldHandleReopen(false));
-    EXPECT_THAT(shell.taken(), ElementsAre("regular", "front 1", "activate"));
-    delegate.openDashboardWindow();
-    EXPECT_THAT(shell.taken(), ElementsAre("regular", "open dashboard"));
-    EXPECT_THAT(shell.takenFromQueue(), ElementsAre("activate", "front 1"));
+    EXPECT_EQ(shell.taken(), "accessory, | ");
 }
 
 TEST(AppDelegateTest, TerminatesOnceWithTheLatestHook) {
     RecordingShell shell;
     AppDelegate delegate(shell, {});
     delegate.applicationWillTerminate(); // nothing has been set up
-    EXPECT_THAT(shell.taken(), IsEmpty());
+    EXPECT_EQ(shell.taken(), "| ");
     delegate.applicationDidFinishLaunching();
-    shell.taken();
     delegate.dashboardWillAppear([] { ADD_FAILURE() << "replaced"; });
-    delegate.dashboardWillAppear([&] { shell.calls.emplace_back("hook"); });
+    delegate.dashboardWillAppear([&] { shell.log += "hook, "; });
+    shell.taken();
     delegate.applicationWillTerminate();
-    EXPECT_THAT(shell.taken(), ElementsAre("remove 7", "hook"));
+    EXPECT_EQ(shell.taken(), "remove 7, hook, | ");
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -21,12 +20,16 @@ class AssistiveReader {
 public:
     struct Element {
         QString service;
-        QString path;
+        QDBusObjectPath path;
         QString role; ///< "push button"
         QString name;
 
-        bool is(const char* wantedRole, const QString& wantedName) const {
-            return role == QLatin1String(wantedRole) && name == wantedName;
+        /// Where it lives.
+        friend const QDBusArgument& operator>>(const QDBusArgument& list, Element& element) {
+            list.beginStructure();
+            list >> element.service >> element.path;
+            list.endStructure();
+            return list;
         }
     };
 
@@ -47,106 +50,68 @@ public:
 
     bool isConnected() const { return bus_.isConnected(); }
 
-    std::vector<Element> elements() const {
-        std::vector<Element> found;
-        collect("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", found);
-        return found;
-    }
     /// All with that role, by name.
     QStringList names(const char* role) const {
         QStringList names;
-        for (const Element& element : elements()) {
-            if (element.role == QLatin1String(role)) {
-                names.append(element.name);
-            }
+        for (const Element& element : elements(role)) {
+            names.append(element.name);
         }
         return names;
     }
     /// On the screen; empty if there is no such element there.
     QRect place(const char* role, const QString& name) const {
-        const auto all = elements();
-        const auto element = std::find_if(all.begin(), all.end(), [&](const Element& candidate) {
-            return candidate.is(role, name);
-        });
-        return element == all.end() ? QRect() : extents(*element);
+        const auto found = elements(role, &name);
+        constexpr uint onScreen = 0;
+        return found.empty() ? QRect()
+                             : qdbus_cast<QRect>(ask(found.front(), "org.a11y.atspi.Component",
+                                                     "GetExtents", {onScreen}));
     }
     bool isChecked(const char* role, const QString& name) const {
-        const auto all = elements();
-        return std::any_of(all.begin(), all.end(), [&](const Element& element) {
-            return element.is(role, name) && hasState(element, checkedState);
-        });
+        const auto found = elements(role, &name);
+        return !found.empty() && hasState(found.front(), checkedState);
     }
 
 private:
     // Of the protocol.
     static constexpr unsigned checkedState = 4;
     static constexpr unsigned showingState = 25;
-
     static constexpr auto accessible = "org.a11y.atspi.Accessible";
 
-    void collect(const QString& service, const QString& path, std::vector<Element>& found) const {
-        const QVariant children = ask(service, path, accessible, "GetChildren");
-        if (!children.canConvert<QDBusArgument>()) {
-            return; // it has gone meanwhile
-        }
-        const auto list = children.value<QDBusArgument>();
-        std::vector<Element> all;
-        list.beginArray();
-        while (!list.atEnd()) {
-            Element child;
-            QDBusObjectPath object;
-            list.beginStructure();
-            list >> child.service >> object;
-            list.endStructure();
-            child.path = object.path();
-            all.push_back(child);
-        }
-        list.endArray();
-        for (Element& child : all) {
-            if (child.path.endsWith("/root") || hasState(child, showingState)) {
-                child.role = ask(child.service, child.path, accessible, "GetRoleName").toString();
-                child.name = ask(child.service, child.path, "org.freedesktop.DBus.Properties",
-                                 "Get", {accessible, "Name"})
-                                 .value<QDBusVariant>()
-                                 .variant()
-                                 .toString();
+    std::vector<Element> elements(const char* role, const QString* name = nullptr) const {
+        std::vector<Element> found;
+        collect(
+            {"org.a11y.atspi.Registry", QDBusObjectPath("/org/a11y/atspi/accessible/root"), {}, {}},
+            found);
+        std::erase_if(found, [&](const Element& element) {
+            return element.role != QLatin1String(role) ||
+                   (name != nullptr && element.name != *name);
+        });
+        return found;
+    }
+    void collect(const Element& parent, std::vector<Element>& found) const {
+        // No list, if the parent has gone meanwhile.
+        for (Element& child : qdbus_cast<QList<Element>>(ask(parent, accessible, "GetChildren"))) {
+            if (child.path.path().endsWith("/root") || hasState(child, showingState)) {
+                child.role = ask(child, accessible, "GetRoleName").toString();
+                child.name =
+                    ask(child, "org.freedesktop.DBus.Properties", "Get", {accessible, "Name"})
+                        .value<QDBusVariant>()
+                        .variant()
+                        .toString();
                 found.push_back(child);
-                collect(child.service, child.path, found);
+                collect(child, found);
             }
         }
     }
     bool hasState(const Element& element, unsigned state) const {
-        const QVariant answer = ask(element.service, element.path, accessible, "GetState");
-        if (!answer.canConvert<QDBusArgument>()) {
-            return false;
-        }
-        QList<uint> words;
-        answer.value<QDBusArgument>() >> words;
         constexpr unsigned bits = 32;
+        const auto words = qdbus_cast<QList<uint>>(ask(element, accessible, "GetState"));
         return (words.value(state / bits) >> (state % bits) & 1U) != 0;
     }
-    QRect extents(const Element& element) const {
-        constexpr uint onScreen = 0;
-        const QVariant answer = ask(element.service, element.path, "org.a11y.atspi.Component",
-                                    "GetExtents", {onScreen});
-        if (!answer.canConvert<QDBusArgument>()) {
-            return {};
-        }
-        QRect place;
-        int width = 0;
-        int height = 0;
-        int x = 0;
-        int y = 0;
-        const auto structure = answer.value<QDBusArgument>();
-        structure.beginStructure();
-        structure >> x >> y >> width >> height;
-        structure.endStructure();
-        place.setRect(x, y, width, height);
-        return place;
-    }
-    QVariant ask(const QString& service, const QString& path, const char* interface,
-                 const char* method, const QVariantList& arguments = {}) const {
-        auto question = QDBusMessage::createMethodCall(service, path, interface, method);
+    QVariant ask(const Element& element, const char* interface, const char* method,
+                 const QVariantList& arguments = {}) const {
+        auto question =
+            QDBusMessage::createMethodCall(element.service, element.path.path(), interface, method);
         question.setArguments(arguments);
         return bus_.call(question).arguments().value(0);
     }

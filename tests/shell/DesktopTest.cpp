@@ -2,7 +2,6 @@
 
 #include "ControllerFixture.h"
 #include "ShellFixture.h"
-#include "StandInWatcher.h"
 
 #include <gmock/gmock.h>
 
@@ -10,69 +9,74 @@
 #include <QDBusInterface>
 
 namespace ventaro {
+
+/// A panel's part of the tray protocol: takes the items that register.
+class StandInWatcher : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered)
+    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
+
+public:
+    bool isHostRegistered() const { return true; }
+    int protocolVersion() const { return 0; }
+    QString item;
+
+    // NOLINTNEXTLINE(readability-identifier-naming): the protocol's name
+    Q_SLOT void RegisterStatusNotifierItem(const QString& service) { item = service; }
+};
+
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 const std::string dashboard = "Ventaro —";
 const std::string statusWindow = "Lüfterstatus";
 
 /// The built program on a simulated machine, on a virtual screen.
-class DesktopTest : public testing::Test {
+class DesktopTest : public Test {
 protected:
-    std::unique_ptr<Program> start(std::vector<std::string> arguments = {},
-                                   const std::vector<std::string>& more = {}) {
-        arguments.insert(arguments.begin(), bin + "Ventaro");
-        auto environment = machine_.environment();
-        for (const auto& part : {desktop_.environment(), more}) {
-            environment.insert(environment.end(), part.begin(), part.end());
-        }
-        return std::make_unique<Program>(machine_.folder(), arguments, environment);
-    }
-
     SimulatedMachine machine_{{}, false};
     RecordingHelper helper_{machine_.path(HelperConstants::socketPath)};
     Desktop desktop_{machine_.folder()};
 };
 
 TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
-    const WindowManager windowManager(machine_.folder(), desktop_);
-    const auto program = start();
+    const auto windowManager = desktop_.manageWindows();
+    const auto program = desktop_.start(machine_);
+    const std::string popover = "Lüfter und";
+    const auto properties = [&](const std::string& title) {
+        return desktop_.run({"xprop", "-id", desktop_.window(title), "_NET_WM_STATE",
+                             "_NET_WM_WINDOW_TYPE", "_NET_WM_DESKTOP"});
+    };
+    const auto isUtility = AllOf(HasSubstr("SKIP_TASKBAR"), HasSubstr("SKIP_PAGER"),
+                                 HasSubstr("UTILITY"), HasSubstr("4294967295"));
     ASSERT_TRUE(desktop_.activates(dashboard));
     ASSERT_TRUE(desktop_.shows(statusWindow));
-    EXPECT_THAT(desktop_.property(desktop_.window(dashboard), "_NET_WM_STATE"),
-                Not(HasSubstr("SKIP")));
-    const auto expectUtility = [&](const std::string& title) {
-        const std::string window = desktop_.window(title);
-        EXPECT_THAT(desktop_.property(window, "_NET_WM_STATE"),
-                    testing::AllOf(HasSubstr("SKIP_TASKBAR"), HasSubstr("SKIP_PAGER")));
-        EXPECT_THAT(desktop_.property(window, "_NET_WM_WINDOW_TYPE"), HasSubstr("UTILITY"));
-        EXPECT_THAT(desktop_.property(window, "_NET_WM_DESKTOP"), HasSubstr("4294967295"));
-    };
-    expectUtility(statusWindow);
+    EXPECT_THAT(properties(dashboard), Not(HasSubstr("SKIP")));
+    EXPECT_THAT(properties(statusWindow), isUtility);
 
     desktop_.keys({"ctrl+w"});
     EXPECT_TRUE(desktop_.hides(dashboard));
-    EXPECT_EQ(start({"--minimized"})->wait(), 0);
+    EXPECT_EQ(desktop_.start(machine_, {"--minimized"})->wait(), 0);
     EXPECT_EQ(desktop_.window(dashboard), "");
-    EXPECT_EQ(start()->wait(), 0);
+    EXPECT_EQ(desktop_.start(machine_)->wait(), 0);
     EXPECT_TRUE(desktop_.activates(dashboard));
 
-    const std::string popover = "Lüfter und";
-    desktop_.click(statusWindow, "1");
-    ASSERT_TRUE(desktop_.activates(popover));
-    expectUtility(popover);
-    EXPECT_THAT(desktop_.run({"xwininfo", "-id", desktop_.window(popover), "-shape"}),
-                HasSubstr("Window shape extents: "))
-        << "nothing could blend its round corners";
-    desktop_.keys({"Escape"});
-    EXPECT_TRUE(desktop_.hides(popover));
-    desktop_.click(statusWindow, "1");
-    ASSERT_TRUE(desktop_.activates(popover));
-    desktop_.click(statusWindow, "1");
-    EXPECT_TRUE(desktop_.hides(popover));
+    for (const bool closesByKey : {true, false}) {
+        desktop_.click(statusWindow, "1");
+        ASSERT_TRUE(desktop_.activates(popover));
+        EXPECT_THAT(properties(popover), isUtility);
+        EXPECT_THAT(desktop_.run({"xwininfo", "-id", desktop_.window(popover), "-shape"}),
+                    HasSubstr("Window shape extents: "))
+            << "nothing could blend its round corners";
+        if (closesByKey) {
+            desktop_.keys({"Escape"});
+        } else {
+            desktop_.click(statusWindow, "1");
+        }
+        EXPECT_TRUE(desktop_.hides(popover));
+    }
 
     helper_.taken();
     desktop_.run({"xdotool", "windowactivate", desktop_.window(dashboard)});
@@ -84,7 +88,7 @@ TEST_F(DesktopTest, TheDashboardAloneIsInTheTaskBar) {
 }
 
 TEST_F(DesktopTest, TheStatusItemFollowsTheX11Tray) {
-    const auto program = start({"--minimized", "nonsense"});
+    const auto program = desktop_.start(machine_, {"--minimized", "nonsense"});
     ASSERT_TRUE(desktop_.shows(statusWindow));
     for (int time = 0; time < 2; ++time) {
         const Program tray(machine_.folder(), {"trayer"}, desktop_.environment());
@@ -103,7 +107,8 @@ TEST_F(DesktopTest, TheStatusItemFollowsTheX11Tray) {
 TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
         const bool losesDisplay = signal == 0;
-        const auto program = start({losesDisplay ? "with-its-window" : "--minimized"});
+        const auto program =
+            desktop_.start(machine_, {losesDisplay ? "with-its-window" : "--minimized"});
         ASSERT_TRUE(desktop_.shows(losesDisplay ? dashboard : statusWindow));
         ASSERT_TRUE(waitUntil([&] { return !helper_.taken().empty(); })) << "its first look";
         if (losesDisplay) {
@@ -119,11 +124,11 @@ TEST_F(DesktopTest, SignalsAndALostDisplayHandTheFansBackOnce) {
 
 TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
     const SessionBus sessionBus(machine_.folder());
-    const auto program = start({"--minimized"}, {sessionBus.environment()});
+    const auto program = desktop_.start(machine_, {"--minimized"}, {sessionBus.environment()});
     ASSERT_TRUE(desktop_.shows(statusWindow));
 
     const QString watcherName = "org.kde.StatusNotifierWatcher";
-    auto bus = QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address()), "panel");
+    auto bus = QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address), "panel");
     for (int time = 0; time < 2; ++time) {
         StandInWatcher watcher;
         ASSERT_TRUE(bus.registerObject("/StatusNotifierWatcher", &watcher,
@@ -145,3 +150,5 @@ TEST_F(DesktopTest, TheStatusItemFollowsThePanelOfTheSessionBus) {
 
 } // namespace
 } // namespace ventaro
+
+#include "DesktopTest.moc"

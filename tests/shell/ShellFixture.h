@@ -30,6 +30,17 @@ inline QWindow* windowTitled(const char* title) {
     return nullptr;
 }
 
+inline bool appears(const char* title) {
+    return processUntil([title] { return windowTitled(title) != nullptr; });
+}
+
+inline bool hasFocus(const char* title) {
+    return processUntil([title] {
+        QWindow* window = windowTitled(title);
+        return window != nullptr && QGuiApplication::focusWindow() == window;
+    });
+}
+
 /// The whole application with its real windows, on a machine in this process and no desktop.
 class ShellFixture : public ControllerFixture {
 protected:
@@ -53,21 +64,25 @@ protected:
         runner_.finishAll();
         return helper_.taken();
     }
+    static bool opensDashboard(VentaroApp& app) {
+        return processUntil([&] { return app.shell().isDashboardVisible(); });
+    }
     /// Lets everything happen that is under way or queued.
     void settle() {
         runner_.finishAll();
         QCoreApplication::processEvents();
     }
-    static void choose(VentaroApp& app, const char* entry) {
+    /// Chooses from the status item's menu, and lets happen what follows.
+    void choose(VentaroApp& app, const char* entry) {
         QMenu& menu = app.statusItem().menu().menu();
         Q_EMIT menu.aboutToShow();
-        const auto actions = menu.actions();
-        const auto found =
-            std::find_if(actions.rbegin(), actions.rend(), [entry](const QAction* action) {
-                return action->text() == QString::fromUtf8(entry);
-            });
-        ASSERT_NE(found, actions.rend()) << entry;
-        (*found)->trigger();
+        QAction* found = nullptr;
+        for (QAction* action : menu.actions()) { // the last with that name
+            found = action->text() == QString::fromUtf8(entry) ? action : found;
+        }
+        ASSERT_NE(found, nullptr) << entry;
+        found->trigger();
+        settle();
     }
 
     ThreadTaskRunner runner_;

@@ -1,11 +1,9 @@
 #include "SingleInstance.h"
 
-
 #include "ShellFixture.h"
 #include "UnixSocket.h"
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <future>

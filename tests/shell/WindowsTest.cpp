@@ -19,6 +19,9 @@ namespace {
 
 class WindowsTest : public ShellFixture {};
 
+constexpr const char* statusWindow = "Lüfterstatus";
+constexpr const char* popoverWindow = "Lüfter und";
+
 TEST_F(WindowsTest, AfterAMinimisedStartTheDashboardComesAndStays) {
     run({"--minimized"}, [&](VentaroApp& app) {
         EXPECT_EQ(app.shell().dashboard(), nullptr);
@@ -34,7 +37,7 @@ TEST_F(WindowsTest, AfterAMinimisedStartTheDashboardComesAndStays) {
         };
         for (const auto& open : ways) {
             open();
-            ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+            ASSERT_TRUE(opensDashboard(app));
             settle();
             EXPECT_TRUE(app.shell().isDashboardVisible());
             EXPECT_TRUE(app.shell().dashboard()->window().isActive());
@@ -50,7 +53,7 @@ TEST_F(WindowsTest, AfterAMinimisedStartTheDashboardComesAndStays) {
 TEST_F(WindowsTest, AClosedDashboardIsFreedAndForgotByNobody) {
     grace_ = std::chrono::milliseconds(1);
     run({}, [&](VentaroApp& app) {
-        ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+        ASSERT_TRUE(opensDashboard(app));
         EXPECT_EQ(app.shell().dashboard()->title().toStdString(),
                   "Ventaro — MacBook Pro 16\" Thermal & Fan Control");
         app.viewModel().setSensorsTabVisible(true);
@@ -61,7 +64,7 @@ TEST_F(WindowsTest, AClosedDashboardIsFreedAndForgotByNobody) {
         EXPECT_TRUE(app.viewModel().isSensorsTabVisible());
         EXPECT_FALSE(app.viewModel().isOverviewTabVisible());
         app.reopen();
-        ASSERT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+        ASSERT_TRUE(opensDashboard(app));
         EXPECT_EQ(app.shell().dashboard()->window().size(), QSize(700, 600));
     });
 }
@@ -69,14 +72,13 @@ TEST_F(WindowsTest, AClosedDashboardIsFreedAndForgotByNobody) {
 TEST_F(WindowsTest, ThePopoverIsNoMainWindow) {
     grace_ = std::chrono::milliseconds(1);
     run({"--minimized"}, [&](VentaroApp& app) {
-        ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfterstatus") != nullptr; }));
-        StatusItem& item = app.statusItem();
+        ASSERT_TRUE(appears(statusWindow));
         const auto click = [&] {
-            Q_EMIT item.pressed();
-            Q_EMIT item.activated(windowTitled("Lüfterstatus")->geometry());
+            Q_EMIT app.statusItem().pressed();
+            Q_EMIT app.statusItem().activated(windowTitled(statusWindow)->geometry());
         };
         click();
-        ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfter und") != nullptr; }));
+        ASSERT_TRUE(appears(popoverWindow));
         for (const QWindow* window : QGuiApplication::allWindows()) {
             EXPECT_FALSE(window->title().contains("Ventaro")) << window->title().toStdString();
         }
@@ -84,61 +86,51 @@ TEST_F(WindowsTest, ThePopoverIsNoMainWindow) {
         EXPECT_FALSE(app.popover().isOpen());
         settle();
         click();
-        ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfter und") != nullptr; }));
-        ASSERT_TRUE(processUntil(
-            [&] { return QGuiApplication::focusWindow() == windowTitled("Lüfter und"); }));
-        windowTitled("Lüfter und")->close(); // as the window manager does
+        ASSERT_TRUE(hasFocus(popoverWindow));
+        windowTitled(popoverWindow)->close(); // as the window manager does
         EXPECT_FALSE(app.popover().isOpen());
         EXPECT_TRUE(processUntil([] {
             const auto all = QGuiApplication::allWindows();
             return std::none_of(all.begin(), all.end(), [](const QWindow* window) {
-                return window->title().startsWith("Lüfter und");
+                return window->title().startsWith(popoverWindow);
             });
         })) << "it is freed";
         settle();
         click();
-        ASSERT_TRUE(processUntil(
-            [&] { return QGuiApplication::focusWindow() == windowTitled("Lüfter und"); }));
+        ASSERT_TRUE(hasFocus(popoverWindow));
         // A click on the item takes the focus first.
-        QWindow* other = windowTitled("Lüfterstatus");
-        other->requestActivate();
+        windowTitled(statusWindow)->requestActivate();
         ASSERT_TRUE(processUntil([&] { return !app.popover().isOpen(); }));
         click();
         EXPECT_FALSE(app.popover().isOpen());
         EXPECT_EQ(app.shell().activationPolicy(), ActivationPolicy::accessory);
         app.reopen();
-        EXPECT_TRUE(processUntil([&] { return app.shell().isDashboardVisible(); }));
+        EXPECT_TRUE(opensDashboard(app));
     });
 }
 
-TEST_F(WindowsTest, TheMachinesNoteIsInPopoverAndMenu) {
+TEST_F(WindowsTest, TheStatusItemTellsOfTheMachineAndAScreenReaderFindsIt) {
     for (const char* note : {"", "Kein AppleSMC gefunden"}) {
         note_ = note;
         run({"--minimized"}, [&](VentaroApp& app) {
             const QAction* first = app.statusItem().menu().menu().actions().constFirst();
             EXPECT_EQ(first->text() == note_, !note_.isEmpty());
             EXPECT_FALSE(first->isEnabled());
-            Q_EMIT app.statusItem().activated(QRect(0, 0, 24, 24));
-            auto* popover = qobject_cast<QQuickView*>(windowTitled("Lüfter und"));
+
+            ASSERT_TRUE(appears(statusWindow));
+            QAccessibleInterface* program = QAccessible::queryAccessibleInterface(qApp);
+            QAccessibleInterface* item =
+                program->child(program->indexOfChild(windowTitled(statusWindow)->accessibleRoot()));
+            ASSERT_NE(item, nullptr);
+            EXPECT_EQ(item->role(), QAccessible::Button);
+            EXPECT_EQ(item->text(QAccessible::Name), app.viewModel().menuBarSummaryText());
+            EXPECT_EQ(item->rect(), windowTitled(statusWindow)->geometry());
+            item->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+            auto* popover = qobject_cast<QQuickView*>(windowTitled(popoverWindow));
             ASSERT_NE(popover, nullptr);
             EXPECT_EQ(popover->rootObject()->property("machineNote").toString(), note_);
         });
     }
-}
-
-TEST_F(WindowsTest, AScreenReaderFindsTheStatusItem) {
-    run({"--minimized"}, [&](VentaroApp& app) {
-        ASSERT_TRUE(processUntil([&] { return windowTitled("Lüfterstatus") != nullptr; }));
-        QAccessibleInterface* program = QAccessible::queryAccessibleInterface(qApp);
-        QAccessibleInterface* item =
-            program->child(program->indexOfChild(windowTitled("Lüfterstatus")->accessibleRoot()));
-        ASSERT_NE(item, nullptr);
-        EXPECT_EQ(item->role(), QAccessible::Button);
-        EXPECT_EQ(item->text(QAccessible::Name), app.viewModel().menuBarSummaryText());
-        EXPECT_EQ(item->rect(), windowTitled("Lüfterstatus")->geometry());
-        item->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        EXPECT_TRUE(app.popover().isOpen());
-    });
 }
 
 TEST(ShellColorsTest, AreTheThemes) {
@@ -155,16 +147,13 @@ TEST(ShellColorsTest, AreTheThemes) {
     for (const bool dark : {true, false}) {
         Appearance::shared().setDark(dark);
         const std::unique_ptr<QObject> theme(component.create());
+        qsizetype at = 0;
         ASSERT_NE(theme, nullptr) << component.errorString().toStdString();
-        QList<QRgb> themes;
-        for (const QVariant& color :
-             theme->property("colors").value<QJSValue>().toVariant().toList()) {
-            themes.append(color.value<QColor>().rgba());
-        }
+        const auto colors = theme->property("colors").value<QJSValue>().toVariant().toList();
         const ShellColors own = ShellColors::current();
-        EXPECT_EQ(themes, QList<QRgb>({own.popover.rgba(), own.popoverBorder.rgba(),
-                                       own.textPrimary.rgba(), own.focus.rgba()}))
-            << dark;
+        for (const QColor& color : {own.popover, own.popoverBorder, own.textPrimary, own.focus}) {
+            EXPECT_EQ(colors.value(at++).value<QColor>().rgba(), color.rgba()) << dark;
+        }
     }
 }
 
@@ -185,18 +174,14 @@ TEST(WindowSizeFileTest, KeepsOnlyWhatIsASize) {
 }
 
 TEST(PopoverPosition, IsBesideTheItemAndOnTheScreen) {
-    struct Row {
-        QRect place;
-        QPoint position;
-    };
-    const QRect screen(100, 0, 1280, 800);
-    const QSize size(330, 484);
-    const Row rows[] = {{{700, 0, 40, 24}, {554, 28}},      // below a panel at the top
-                        {{1340, 776, 24, 24}, {1050, 288}}, // above one at the bottom
-                        {{100, 300, 24, 24}, {100, 0}},     // neither has room
-                        {{5000, 5000, 1, 1}, {1050, 316}}}; // a screen that is gone
-    for (const Row& row : rows) {
-        EXPECT_EQ(popoverPosition(row.place, size, screen), row.position) << row.place.x();
+    const std::pair<QRect, QPoint> rows[] = {
+        {{700, 0, 40, 24}, {554, 28}},      // below a panel at the top
+        {{1340, 776, 24, 24}, {1050, 288}}, // above one at the bottom
+        {{100, 300, 24, 24}, {100, 0}},     // neither has room
+        {{5000, 5000, 1, 1}, {1050, 316}}}; // a screen that is gone
+    for (const auto& [place, position] : rows) {
+        EXPECT_EQ(popoverPosition(place, QSize(330, 484), QRect(100, 0, 1280, 800)), position)
+            << place.x();
     }
 }
 
