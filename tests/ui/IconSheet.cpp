@@ -11,52 +11,33 @@ namespace {
 
 using namespace ventaro;
 
-constexpr int columns = 4;
-constexpr int cellWidth = 250;
-constexpr int cellHeight = 64;
-constexpr int margin = 16;
-constexpr qreal scale = 2;
-
-struct Look {
-    QColor ground;
-    QColor ink;
-};
-
-/// Each symbol large, in the size that most views use, and with its name.
-void paintSymbols(QPainter& painter, const QStringList& names, const Look& look, int top) {
-    constexpr int large = 40;
-    constexpr int usual = 16;
-    constexpr int gap = 10;
-    for (qsizetype index = 0; index < names.size(); ++index) {
-        const QRect cell(margin + static_cast<int>(index % columns) * cellWidth,
-                         top + static_cast<int>(index / columns) * cellHeight, cellWidth,
-                         cellHeight);
-        const int middle = cell.center().y();
-        int x = cell.left();
-        for (const int size : {large, usual}) {
-            paintSymbol(painter, names[index], look.ink,
-                        QRectF(x, middle - size / 2.0, size, size));
-            x += size + gap;
-        }
-        painter.setPen(look.ink);
-        painter.drawText(QRect(x, cell.top(), cell.right() - x, cell.height()),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWrapAnywhere, names[index]);
-    }
-}
-
+/// Each symbol large, in the size that most views use, and with its name; light and dark.
 QImage iconSheet(const QStringList& names) {
-    const Look looks[] = {{QColor(0xFFFFFF), QColor(0x1B1C20)},
-                          {QColor(0x1E2024), QColor(0xF1F2F4)}};
+    constexpr int columns = 4;
+    constexpr int margin = 16;
+    constexpr qreal scale = 2;
+    constexpr QSize cellSize(250, 64);
+    const std::pair<QColor, QColor> looks[] = {{0xFFFFFF, 0x1B1C20}, {0x1E2024, 0xF1F2F4}};
     const int rows = (static_cast<int>(names.size()) + columns - 1) / columns;
-    const QSize half(columns * cellWidth + 2 * margin, rows * cellHeight + 2 * margin);
+    QRect half(0, 0, columns * cellSize.width() + 2 * margin,
+               rows * cellSize.height() + 2 * margin);
     QImage sheet(QSize(half.width(), 2 * half.height()) * scale, QImage::Format_RGB32);
     sheet.setDevicePixelRatio(scale);
     QPainter painter(&sheet);
-    int top = 0;
-    for (const Look& look : looks) {
-        painter.fillRect(QRect(QPoint(0, top), half), look.ground);
-        paintSymbols(painter, names, look, top + margin);
-        top += half.height();
+    for (const auto& [ground, ink] : looks) {
+        painter.fillRect(half, ground);
+        painter.setPen(ink);
+        for (int index = 0; index < names.size(); ++index) {
+            const QPoint place(index % columns * cellSize.width(),
+                               index / columns * cellSize.height());
+            const QRect cell(half.topLeft() + QPoint(margin, margin) + place, cellSize);
+            const int middle = cell.center().y();
+            paintSymbol(painter, names[index], ink, QRectF(cell.x(), middle - 20, 40, 40));
+            paintSymbol(painter, names[index], ink, QRectF(cell.x() + 50, middle - 8, 16, 16));
+            painter.drawText(cell.adjusted(76, 0, 0, 0),
+                             Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWrapAnywhere, names[index]);
+        }
+        half.moveTop(half.height());
     }
     return sheet;
 }

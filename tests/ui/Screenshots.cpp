@@ -46,25 +46,27 @@ void applyProfile(TestBench& bench, ControlProfile profile) {
     bench.viewModel()->dismissStatusMessage();
 }
 
-/// Has a view drawn as it would be on the screen, and kept as a picture.
-class Camera {
-public:
-    explicit Camera(const QDir& folder) : folder_(folder) {
-        window_.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        window_.setColor(Qt::transparent); // around the corners of the popover
-        window_.setResizeMode(QQuickView::SizeRootObjectToView);
+/// Has views of a theme drawn as they would be on the screen, and kept as pictures.
+struct Camera : QQuickView {
+    Camera(const QDir& where, const char* look) : folder(where), theme(look) {
+        Appearance::shared().setDark(theme == "dark");
+        engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        setColor(Qt::transparent); // around the corners of the popover
+        setResizeMode(QQuickView::SizeRootObjectToView);
     }
-    QQuickItem* load(TestBench& bench, const char* view) {
-        window_.setInitialProperties(
+    void load(TestBench& bench, const QString& view, int tab = 0) {
+        const bool isDashboard = view == "DashboardView";
+        setInitialProperties(
             {{QStringLiteral("viewModel"), QVariant::fromValue(bench.viewModel())},
-             {QStringLiteral("machineNote"),
-              view == std::string("DashboardView") ? "Simuliertes MacBook Pro" : ""}});
-        window_.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ventaro/Views/%1.qml").arg(view)));
-        window_.show();
-        return window_.rootObject();
+             {QStringLiteral("machineNote"), isDashboard ? "Simuliertes MacBook Pro" : ""}});
+        setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ventaro/Views/%1.qml").arg(view)));
+        show();
+        if (tab != 0) {
+            rootObject()->setProperty("selectedTab", tab);
+        }
     }
-    bool take(const QString& name, const QSize& size) {
-        window_.resize(size);
+    void take(const QString& name, QSize size) {
+        resize(size);
         // Banners slide in, and grids find their place in a second pass.
         QElapsedTimer shown;
         for (shown.start(); shown.elapsed() < 300;) {
@@ -72,87 +74,77 @@ public:
             // Outside an event loop nothing else deletes the tabs that have gone.
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
-        const QString scale = window_.effectiveDevicePixelRatio() > 1 ? "@2x" : "";
-        return window_.grabWindow().save(folder_.filePath(name + scale + ".png"));
+        const QString scale = effectiveDevicePixelRatio() > 1 ? "@2x" : "";
+        const QString file = QStringLiteral("%1-%2%3.png").arg(name, theme, scale);
+        isGood = grabWindow().save(folder.filePath(file)) && isGood;
+    }
+    void takeSized(const char* name, QSize size) {
+        take(QStringLiteral("%1-%2x%3").arg(name).arg(size.width()).arg(size.height()), size);
     }
 
-private:
-    QDir folder_;
-    QQuickView window_;
+    const QDir folder;
+    const QString theme;
+    bool isGood = true; ///< whether all pictures have been kept
 };
 
-QString sized(const char* name, const QSize& size, const char* theme) {
-    return QStringLiteral("%1-%2x%3-%4").arg(name).arg(size.width()).arg(size.height()).arg(theme);
-}
-
 /// The tabs in what is not their usual state.
-bool takeStates(Camera& camera, TestBench& bench, const char* theme) {
+void takeStates(Camera& camera, TestBench& bench) {
     constexpr QSize size = sizes[1];
-    const auto tab = [](QQuickItem* dashboard, int index) {
-        dashboard->setProperty("selectedTab", index);
-    };
-    QQuickItem* dashboard = camera.load(bench, "DashboardView");
-    tab(dashboard, 2);
-    bool isGood = true;
+    camera.load(bench, "DashboardView", 2);
     for (const auto& [name, filter] :
          {std::pair("sensors-filter", "tc0"), std::pair("sensors-nothing", "Wärmepumpe")}) {
-        dashboard->setProperty("sensorSearchText", QString::fromUtf8(filter));
-        isGood = camera.take(sized(name, size, theme), size) && isGood;
+        camera.rootObject()->setProperty("sensorSearchText", QString::fromUtf8(filter));
+        camera.takeSized(name, size);
     }
-    tab(dashboard, 3);
+    camera.rootObject()->setProperty("selectedTab", 3);
     bench.runTasks();
-    dashboard->setProperty("hidesHardwareIdentifiers", true);
-    isGood = camera.take(sized("hardware-masked", size, theme), size) && isGood;
+    camera.rootObject()->setProperty("hidesHardwareIdentifiers", true);
+    camera.takeSized("hardware-masked", size);
     constexpr int someCardsDown = 600;
-    bench.scrollPage(dashboard)->setProperty("contentY", someCardsDown);
-    isGood = camera.take(sized("hardware-scrolled", size, theme), size) && isGood;
+    bench.scrollPage(camera.rootObject())->setProperty("contentY", someCardsDown);
+    camera.takeSized("hardware-scrolled", size);
     TestBench loading;
-    tab(camera.load(loading, "DashboardView"), 3);
-    isGood = camera.take(sized("hardware-loading", size, theme), size) && isGood;
+    camera.load(loading, "DashboardView", 3);
+    camera.takeSized("hardware-loading", size);
     bench.setHelperAnswers(false);
     for (const QSize& narrow : {sizes[0], sizes[1]}) {
-        tab(camera.load(bench, "DashboardView"), 4);
-        isGood = camera.take(sized("helper-missing", narrow, theme), narrow) && isGood;
+        camera.load(bench, "DashboardView", 4);
+        camera.takeSized("helper-missing", narrow);
     }
     bench.setHelperAnswers(true);
     camera.load(bench, "DashboardView");
-    return isGood;
 }
 
-bool takeAll(const QDir& folder) {
-    bool isGood = true;
-    for (const char* theme : {"light", "dark"}) {
-        Appearance::shared().setDark(theme == std::string("dark"));
-        TestBench bench;
-        bench.setProfile();
-        liveThroughALoad(bench);
-        Camera camera(folder);
-        QQuickItem* dashboard = camera.load(bench, "DashboardView");
-        for (std::size_t tab = 0; tab < tabs.size(); ++tab) {
-            dashboard->setProperty("selectedTab", static_cast<int>(tab));
-            bench.runTasks();
-            for (const QSize& size : sizes) {
-                isGood = camera.take(sized(tabs[tab], size, theme), size) && isGood;
-            }
-        }
-        applyProfile(bench, ControlProfile::smartCurve);
-        dashboard->setProperty("selectedTab", 1);
-        isGood = camera.take(sized("curve", sizes[2], theme), sizes[2]) && isGood;
-        applyProfile(bench, ControlProfile::systemAuto);
-        isGood = takeStates(camera, bench, theme) && isGood;
-        camera.load(bench, "MenuBarPopoverView");
-        isGood = camera.take(QStringLiteral("popover-%1").arg(theme), {330, 484}) && isGood;
-        bench.setHelperAnswers(false);
-        isGood = camera.take(QStringLiteral("popover-helper-%1").arg(theme), {330, 530}) && isGood;
-        bench.setConflict(true);
-        bench.viewModel()->selectProfile(ControlProfile::turbo); // fails without a helper
+bool takeAll(const QDir& folder, const char* theme) {
+    TestBench bench;
+    bench.setProfile();
+    liveThroughALoad(bench);
+    Camera camera(folder, theme);
+    camera.load(bench, "DashboardView");
+    for (std::size_t tab = 0; tab < tabs.size(); ++tab) {
+        camera.rootObject()->setProperty("selectedTab", static_cast<int>(tab));
         bench.runTasks();
-        camera.load(bench, "DashboardView");
         for (const QSize& size : sizes) {
-            isGood = camera.take(sized("banners", size, theme), size) && isGood;
+            camera.takeSized(tabs[tab], size);
         }
     }
-    return isGood;
+    applyProfile(bench, ControlProfile::smartCurve);
+    camera.rootObject()->setProperty("selectedTab", 1);
+    camera.takeSized("curve", sizes[2]);
+    applyProfile(bench, ControlProfile::systemAuto);
+    takeStates(camera, bench);
+    camera.load(bench, "MenuBarPopoverView");
+    camera.take("popover", {330, 484});
+    bench.setHelperAnswers(false);
+    camera.take("popover-helper", {330, 530});
+    bench.setConflict(true);
+    bench.viewModel()->selectProfile(ControlProfile::turbo); // fails without a helper
+    bench.runTasks();
+    camera.load(bench, "DashboardView");
+    for (const QSize& size : sizes) {
+        camera.takeSized("banners", size);
+    }
+    return camera.isGood;
 }
 
 } // namespace
@@ -166,5 +158,5 @@ int main(int argc, char** argv) {
         std::cerr << "Usage: screenshots FOLDER\n";
         return EXIT_FAILURE;
     }
-    return takeAll(folder) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return takeAll(folder, "light") && takeAll(folder, "dark") ? EXIT_SUCCESS : EXIT_FAILURE;
 }

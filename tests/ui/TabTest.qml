@@ -13,8 +13,8 @@ TestCase {
     property Item view
     property Component views: Component {
         DashboardView {
-            width: 620
-            height: 480
+            width: test.width
+            height: test.height
             selectedTab: test.tab
         }
     }
@@ -33,8 +33,8 @@ TestCase {
         TestBench {}
     }
 
-    function show() {
-        view = views.createObject(test, { viewModel: bench.viewModel });
+    function show(properties = {}) {
+        view = views.createObject(test, Object.assign({ viewModel: bench.viewModel }, properties));
     }
     function init() {
         // Nothing slides away from under the mouse.
@@ -51,10 +51,31 @@ TestCase {
         bench.destroy();
         wait(0);
     }
-    function click(name) {
+    function resize(width, height = view.height) {
+        view.width = width;
+        view.height = height;
+        waitForRendering(view, 300);
+    }
+    function named(name) {
         const item = bench.named(view, name);
         verify(item, name + " is not to be seen");
-        mouseClick(item);
+        return item;
+    }
+    /// As far down as it is in the view.
+    function topOf(name) {
+        return named(name).mapToItem(view, 0, 0).y;
+    }
+    function click(name) {
+        mouseClick(named(name));
+    }
+    /// Brings the focus there, as a key does.
+    function focusOn(name) {
+        named(name).forceActiveFocus(Qt.TabFocusReason);
+    }
+    /// Each of the keys, or letters, after the other.
+    function press(keys, modifiers = Qt.NoModifier) {
+        for (const key of keys)
+            keyClick(key, modifiers);
     }
     function chooseFromMenu(item, command) {
         mouseClick(item, item.width - 10, 6, Qt.RightButton);
@@ -64,5 +85,10 @@ TestCase {
     }
     function shows(text) {
         return bench.texts(view).indexOf(text) >= 0;
+    }
+    /// All of them are there, and every control has a name.
+    function expectTexts(texts) {
+        compare(texts.filter(text => !shows(text)), []);
+        compare(bench.namelessControls(view), []);
     }
 }

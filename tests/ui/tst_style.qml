@@ -27,54 +27,47 @@ TestCase {
         return (values[0] + 0.05) / (values[1] + 0.05);
     }
 
-    function test_contrast_data() {
-        return [{ tag: "light", dark: false }, { tag: "dark", dark: true }];
-    }
-    function test_contrast(row) {
-        Appearance.dark = row.dark;
+    function test_contrast() {
         const t = Theme;
-        const block = over(t.blockTint, t.sidebar);
-        const fanRow = over(t.blockTint, t.popover);
-        const banner = (base, opacity) => over(t.tint(base, opacity), t.window);
-        const pairs = [];
-        for (const ground of [t.window, t.sidebar, t.card, t.popover, block, fanRow, over(t.controlFill, t.window), over(t.controlPressed, t.window), banner(t.orange, 0.14), banner(t.yellow, 0.12), banner(t.red, 0.10), banner(t.green, 0.10)])
-            pairs.push([t.textPrimary, ground]);
-        for (const ground of [t.window, t.sidebar, t.card, t.popover, block, over(t.tint(t.accentFill, 0.10), t.card), over(t.tint(t.orange, 0.10), t.popover), over(t.tint(t.purple, 0.10), t.popover), over(t.tint(t.green, 0.10), t.popover)])
-            pairs.push([t.textSecondary, ground]);
-        for (const color of [t.greenText, t.yellowText, t.orangeText, t.redText, t.cyanText])
-            pairs.push([color, block]);
-        pairs.push([t.textTertiary, t.card], [t.textTertiary, t.window], [t.textTertiary, t.field], [t.cyanText, fanRow], [t.accentText, t.card]);
-        pairs.push([t.orangeText, over(t.tint(t.orange, 0.20), t.card)], [t.greenText, over(t.tint(t.green, 0.20), t.card)]);
-        for (const fill of [t.accent, t.accentHover, t.accentPressed])
-            pairs.push([t.textOnAccent, fill]);
-        for (const fill of [t.orangeButton, t.orangeButtonHover, t.orangeButtonPressed])
-            pairs.push([t.textOnOrange, fill]);
-        pairs.push([t.textOnBubble, t.bubble], [t.textPrimary, t.segmentSelected]);
-        for (const [text, ground] of pairs)
-            verify(contrast(text, ground) >= 4.5, text + " on " + ground + ": " + contrast(text, ground).toFixed(2));
-        Appearance.dark = false;
+        const tinted = (base, opacity, ground) => over(t.tint(base, opacity), ground);
+        for (const isDark of [true, false]) {
+            Appearance.dark = isDark;
+            const block = over(t.blockTint, t.sidebar);
+            const fanRow = over(t.blockTint, t.popover);
+            const grounds = [t.window, t.sidebar, t.card, t.popover, block];
+            // Texts with the grounds on which they stand.
+            const texts = [
+                [t.textPrimary, [...grounds, fanRow, over(t.controlFill, t.window), over(t.controlPressed, t.window), tinted(t.orange, 0.14, t.window), tinted(t.yellow, 0.12, t.window), tinted(t.red, 0.10, t.window), tinted(t.green, 0.10, t.window), t.segmentSelected]],
+                [t.textSecondary, [...grounds, tinted(t.accentFill, 0.10, t.card), tinted(t.orange, 0.10, t.popover), tinted(t.purple, 0.10, t.popover), tinted(t.green, 0.10, t.popover)]],
+                [t.textTertiary, [t.card, t.window, t.field]],
+                [t.accentText, [t.card]],
+                [t.greenText, [block, tinted(t.green, 0.20, t.card)]],
+                [t.yellowText, [block]],
+                [t.orangeText, [block, tinted(t.orange, 0.20, t.card)]],
+                [t.redText, [block]],
+                [t.cyanText, [block, fanRow]],
+                [t.textOnAccent, [t.accent, t.accentHover, t.accentPressed]],
+                [t.textOnOrange, [t.orangeButton, t.orangeButtonHover, t.orangeButtonPressed]],
+                [t.textOnBubble, [t.bubble]],
+            ];
+            for (const [text, behind] of texts)
+                for (const ground of behind)
+                    verify(contrast(text, ground) >= 4.5, text + " on " + ground + ": " + contrast(text, ground).toFixed(2));
+        }
     }
 
     SmallSlider {
         id: slider
-
-        property real asked
 
         width: 200
         from: 0
         to: 120
         stepSize: 50
         value: 57
-        onMoved: value => asked = value
     }
-    function test_snapping_data() {
-        return [
-            { tag: "-5", to: 0 }, { tag: "24", to: 0 }, { tag: "26", to: 50 }, { tag: "99", to: 100 },
-            { tag: "109", to: 100 }, { tag: "111", to: 120 }, { tag: "500", to: 120 },
-        ];
-    }
-    function test_snapping(row) {
-        compare(slider.snapped(Number(row.tag)), row.to);
+    function test_snapping() {
+        for (const [wanted, snapped] of [[-5, 0], [24, 0], [26, 50], [99, 100], [109, 100], [111, 120], [500, 120]])
+            compare(slider.snapped(wanted), snapped, wanted);
         compare(slider.value, 57, "moved by being shown");
     }
 
@@ -152,12 +145,10 @@ TestCase {
         for (const x of row.drawn)
             verify(!hasColor(x, 5), "stayed without points");
     }
-    function test_nearestPoint_data() {
-        return [{ tag: "-3", x: 0 }, { tag: "5", x: 0 }, { tag: "5.1", x: 10 }, { tag: "14.9", x: 10 }, { tag: "99", x: 20 }];
-    }
-    function test_nearestPoint(row) {
+    function test_nearestPoint() {
         line.points = [Qt.point(0, 10), Qt.point(10, 10), Qt.point(20, 90)];
-        compare(line.nearest(Number(row.tag)).x, row.x);
+        for (const [wanted, nearest] of [[-3, 0], [5, 0], [5.1, 10], [14.9, 10], [99, 20]])
+            compare(line.nearest(wanted).x, nearest, wanted);
     }
 
     PushButton {
@@ -172,29 +163,17 @@ TestCase {
             control: button
         }
     }
-    Window {
-        id: other
-
-        transientParent: null
-    }
     function test_theRingTellsWhoBroughtTheFocus() {
-        const leaveAndReturn = () => {
-            other.visible = true;
-            other.requestActivate();
-            tryVerify(() => !ring.visible && !button.activeFocus);
-            other.visible = false;
-            test.Window.window.requestActivate();
-            tryVerify(() => button.activeFocus);
-        };
-        button.forceActiveFocus(Qt.TabFocusReason);
-        verify(ring.visible);
-        leaveAndReturn();
-        verify(ring.visible);
-        slider.takeFocusByMouse();
-        mouseClick(button);
-        verify(button.activeFocus && !ring.visible);
-        leaveAndReturn();
-        verify(!ring.visible);
+        for (const isByKey of [true, false]) {
+            slider.takeFocusByMouse();
+            if (isByKey)
+                button.forceActiveFocus(Qt.TabFocusReason);
+            else
+                mouseClick(button);
+            verify(button.activeFocus && ring.visible === isByKey);
+            bench.leaveAndReturn(button);
+            tryVerify(() => button.activeFocus && ring.visible === isByKey);
+        }
         slider.takeFocusByMouse();
         verify(!slider.showsFocus);
         slider.forceActiveFocus(Qt.TabFocusReason);
@@ -206,17 +185,15 @@ TestCase {
     TestBench {
         id: bench
     }
-    function test_assistiveTechnologyClicks_data() {
-        return ["PushButton", "IconButton", "ChoiceButton", "ToggleSwitch", "ContextMenuItem"].map(type => ({ tag: type }));
-    }
-    function test_assistiveTechnologyClicks(row) {
-        const item = Qt.createQmlObject("import Ventaro.Style; " + row.tag + " { property int clicks; onClicked: ++clicks }", test);
-        verify(bench.act(item, "Press"));
-        compare(item.clicks, 1);
-        verify(!bench.isChecked(item), "a click changes nothing by itself");
-        item.enabled = false;
-        bench.act(item, "Press");
-        compare(item.clicks, 1, "although it was disabled");
-        item.destroy();
+    function test_assistiveTechnologyClicks() {
+        for (const type of ["PushButton", "IconButton", "ChoiceButton", "ToggleSwitch", "ContextMenuItem"]) {
+            const item = Qt.createQmlObject("import Ventaro.Style; " + type + " { property int clicks; onClicked: ++clicks }", test);
+            verify(bench.act(item, "Press"), type);
+            verify(!bench.isChecked(item), "a click changes nothing by itself");
+            item.enabled = false;
+            bench.act(item, "Press");
+            compare(item.clicks, 1, type + ": once, and not while it was disabled");
+            item.destroy();
+        }
     }
 }
