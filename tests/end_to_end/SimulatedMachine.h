@@ -22,6 +22,7 @@ struct Outcome {
     std::string output;
     std::string errors;
 
+    // NOLINTNEXTLINE(readability-identifier-naming): the test library looks for it
     friend void PrintTo(const Outcome& outcome, std::ostream* stream) {
         *stream << outcome.exitCode << "\n" << outcome.output << outcome.errors;
     }

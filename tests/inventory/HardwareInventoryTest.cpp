@@ -1,6 +1,5 @@
 #include "BlankHost.h"
 #include "TestSupport.h"
-#include "TextCleanup.h"
 
 #include <gmock/gmock.h>
 
@@ -217,7 +216,8 @@ TEST(HardwareInventory, ValuesCountWithTheirJsonTypesOnly) {
     const std::pair<std::string, const char*> rows[] = {
         {R"({"SPHardwareDataType":[{"machine_name":7}]})", "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":[{"machine_name":""}]})", "Modellname: \n"},
-        {R"({"SPHardwareDataType":[{"machine_name":"a","machine_name":"b"}]})", "Modellname: b\n"},
+        {R"({"SPHardwareDataType":[{"machine_name":"a","machine_name":"b"}]})",
+         "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":[7,{"machine_name":"b"}]})", "Modellname: MacBook Pro\n"},
         {R"({"SPHardwareDataType":{"machine_name":"b"}})", "Modellname: MacBook Pro\n"},
         {R"([{"SPHardwareDataType":[{"machine_name":"b"}]}])", "Modellname: MacBook Pro\n"},
@@ -266,7 +266,6 @@ TEST(HardwareInventory, KernelValuesAreTextsAndIntegers) {
     }
     EXPECT_EQ(inspector.sysctlString("none"), std::nullopt);
     EXPECT_EQ(inspector.sysctlInt64("none"), std::nullopt);
-    EXPECT_EQ(upperCased("straße÷ sé"), "STRASSE÷ SÉ");
 }
 
 TEST(HardwareInventory, AnyDocumentGivesSixSections) {

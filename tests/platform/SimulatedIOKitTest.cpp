@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <functional>
@@ -36,8 +37,10 @@ private:
             if (FileDescriptor next{::accept(listener_.get(), nullptr, nullptr)}) {
                 client = std::move(next);
             }
-            SmcWire::RequestHeader request{};
-            if (client && ::recv(client.get(), &request, sizeof request, MSG_DONTWAIT) > 0) {
+            std::array<char, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> bytes{};
+            if (client && ::recv(client.get(), bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
+                SmcWire::RequestHeader request{};
+                std::memcpy(&request, bytes.data(), sizeof request);
                 const std::string reply = answer(request.selector);
                 if (reply == "close") {
                     client.reset();
@@ -55,7 +58,7 @@ private:
 };
 
 std::string answerWith(KernelReturn kernelReturn, const std::string& output) {
-    const SmcWire::AnswerHeader header{kernelReturn, 0};
+    const SmcWire::AnswerHeader header{kernelReturn, static_cast<std::uint32_t>(output.size())};
     return std::string(reinterpret_cast<const char*>(&header), sizeof header) + output;
 }
 
@@ -128,13 +131,13 @@ TEST_F(SimulatedService, ReconnectsBelowTheSameHandle) {
 TEST_F(SimulatedService, BadAnswersAndBrokenConnectionsAreErrors) {
     const std::pair<std::string, KernelReturn> rows[] = {
         {"close", KernelCode::noDevice},
-        {"x", KernelCode::noDevice},
-        {answerWith(0, std::string(200, 'x')), KernelCode::success}};
+        {"half", KernelCode::timeout},
+        {answerWith(0, std::string(200, 'x')), KernelCode::noDevice}};
     for (const auto& [answer, code] : rows) {
         const ScriptedService service(path_, [reply = answer](std::uint32_t) { return reply; });
         EXPECT_EQ(call(open()), code) << answer;
     }
-    EXPECT_EQ(output_, "xxxxxxxx") << "never more than there is room for";
+    EXPECT_EQ(output_.find('x'), std::string::npos) << "never more than there is room for";
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "AtomicFile.h"
 #include "FileDefaults.h"
+#include "LinuxClock.h"
 #include "ProcessTable.h"
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
@@ -220,7 +221,7 @@ TEST(ProcessTableTest, KnowsProgramsByNameAndIdentifier) {
 
 TEST(SimulatedClockTest, FollowsTheHostWhileTheMachineIsOff) {
     const TemporaryFolder folder;
-    SimulatedClock clock((MachineRoot(folder.path())));
+    SimulatedClock clock(MachineRoot(folder.path()), std::make_unique<LinuxClock>());
     const auto ticker = clock.ticker(std::chrono::milliseconds(300));
     const auto canBeRead = [&](int milliseconds) {
         pollfd entry{ticker->descriptor(), POLLIN, 0};

@@ -63,9 +63,9 @@ void X11StatusItem::makeWindow() {
 
 void X11StatusItem::showText() {
     if (icon_) {
-        icon_->setText(
-            text_.note.isEmpty() ? text_.summary : text_.summary + QLatin1Char('\n') + text_.note,
-            text_.temperature);
+        icon_->setText(text_.note.isEmpty() ? text_.summary
+                                            : text_.summary + QLatin1Char('\n') + text_.note,
+                       text_.temperature);
     }
     if (window_) {
         window_->setText(text_.summary);
