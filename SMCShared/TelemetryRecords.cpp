@@ -6,15 +6,6 @@
 
 namespace ventaro {
 
-std::optional<FanMode> fanModeFromRawValue(std::int64_t raw) {
-    for (const FanMode mode : {FanMode::automatic, FanMode::forced}) {
-        if (rawValue(mode) == raw) {
-            return mode;
-        }
-    }
-    return std::nullopt;
-}
-
 double FanReading::percentage() const {
     if (!(minRPM < maxRPM)) {
         return 0;
@@ -40,13 +31,6 @@ std::string_view rawValue(SensorCategory category) {
     return {};
 }
 
-std::optional<SensorCategory> sensorCategoryFromRawValue(std::string_view raw) {
-    const auto* found =
-        std::find_if(allSensorCategories.begin(), allSensorCategories.end(),
-                     [raw](SensorCategory category) { return rawValue(category) == raw; });
-    return found == allSensorCategories.end() ? std::nullopt : std::optional(*found);
-}
-
 std::string encodeJson(const FanReading& reading) {
     return JsonObjectWriter()
         .integer("id", reading.id)
@@ -59,23 +43,6 @@ std::string encodeJson(const FanReading& reading) {
         .text();
 }
 
-FanReading decodeFanReading(std::string_view json) {
-    const JsonObjectReader object(json);
-    FanReading reading;
-    reading.id = object.integer("id");
-    reading.name = object.string("name");
-    reading.currentRPM = object.number("currentRPM");
-    reading.targetRPM = object.number("targetRPM");
-    reading.minRPM = object.number("minRPM");
-    reading.maxRPM = object.number("maxRPM");
-    const auto mode = fanModeFromRawValue(object.integer("mode"));
-    if (!mode) {
-        throw DecodingError(DecodingError::Reason::unknownValue, "mode");
-    }
-    reading.mode = *mode;
-    return reading;
-}
-
 std::string encodeJson(const SensorReading& reading) {
     return JsonObjectWriter()
         .string("key", reading.key)
@@ -84,21 +51,6 @@ std::string encodeJson(const SensorReading& reading) {
         .number("value", reading.value)
         .string("unit", reading.unit)
         .text();
-}
-
-SensorReading decodeSensorReading(std::string_view json) {
-    const JsonObjectReader object(json);
-    SensorReading reading;
-    reading.key = object.string("key");
-    reading.name = object.string("name");
-    const auto category = sensorCategoryFromRawValue(object.string("category"));
-    if (!category) {
-        throw DecodingError(DecodingError::Reason::unknownValue, "category");
-    }
-    reading.category = *category;
-    reading.value = object.number("value");
-    reading.unit = object.string("unit");
-    return reading;
 }
 
 } // namespace ventaro

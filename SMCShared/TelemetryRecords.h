@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,8 +14,6 @@ enum class FanMode : std::int64_t {
 };
 
 constexpr std::int64_t rawValue(FanMode mode) { return static_cast<std::int64_t>(mode); }
-/// No value for an integer that is neither 0 nor 1.
-std::optional<FanMode> fanModeFromRawValue(std::int64_t raw);
 
 /// One fan as read from the SMC; identified by `id`. All speeds in RPM.
 struct FanReading {
@@ -45,8 +42,6 @@ constexpr std::array<SensorCategory, 6> allSensorCategories{
 
 /// The German group title, which is also the JSON value.
 std::string_view rawValue(SensorCategory category);
-/// Exact match, case and umlauts included; no value for any other text.
-std::optional<SensorCategory> sensorCategoryFromRawValue(std::string_view raw);
 
 /// One sensor value; identified by its key.
 struct SensorReading {
@@ -61,11 +56,8 @@ struct SensorReading {
     bool operator==(const SensorReading&) const = default;
 };
 
-/// JSON with the fields' names as keys. Encoding throws EncodingError for a number that is not
-/// finite; decoding throws DecodingError.
+/// JSON with the fields' names as keys. Throws EncodingError for a number that is not finite.
 std::string encodeJson(const FanReading& reading);
 std::string encodeJson(const SensorReading& reading);
-FanReading decodeFanReading(std::string_view json);
-SensorReading decodeSensorReading(std::string_view json);
 
 } // namespace ventaro

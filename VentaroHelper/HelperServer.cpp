@@ -1,11 +1,10 @@
 #include "HelperServer.h"
 
+#include "FileLock.h"
 #include "JsonObject.h"
 #include "SystemCalls.h"
 #include "UnixSocket.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -31,14 +30,8 @@ FileDescriptor lockInstance(const HelperServerOptions& options) {
     const auto end = std::chrono::steady_clock::now() + options.takeOverPatience;
     const std::filesystem::path path =
         std::filesystem::path(options.socketPath).replace_extension(".lock");
-    FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    if (!lock) {
-        throw std::system_error(errno, std::generic_category(), path.string());
-    }
-    while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK) {
-            throw std::system_error(errno, std::generic_category(), path.string());
-        }
+    FileDescriptor lock;
+    while (!(lock = tryLockFile(path))) {
         if (std::chrono::steady_clock::now() >= end || options.isStopRequested()) {
             throw std::runtime_error("another instance of the helper is running (it holds " +
                                      path.string() + ")");

@@ -1,9 +1,9 @@
 #include "Faults.h"
 
 #include "KeyTable.h"
+#include "NumberParse.h"
 #include "SMCService.h"
 
-#include <charconv>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -62,14 +62,12 @@ std::uint8_t resultByte(const std::string& word) {
 }
 
 std::uint32_t wholeNumber(const std::string& word, std::uint32_t largest) {
-    std::uint32_t number = 0;
-    const char* end = word.data() + word.size();
-    const auto result = std::from_chars(word.data(), end, number);
-    if (result.ec != std::errc{} || result.ptr != end || number > largest) {
+    const auto number = parseNumber<std::uint32_t>(word, 0, largest);
+    if (!number) {
         throw std::invalid_argument("\"" + word + "\" is not a whole number from 0 to " +
                                     std::to_string(largest));
     }
-    return number;
+    return *number;
 }
 
 } // namespace

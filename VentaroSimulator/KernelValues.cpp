@@ -1,6 +1,7 @@
 #include "KernelValues.h"
 
-#include <charconv>
+#include "NumberParse.h"
+
 #include <cstdint>
 #include <cstring>
 #include <sstream>
@@ -12,13 +13,12 @@ namespace {
 
 template<typename Integer>
 std::string integerBytes(const std::string& text) {
-    Integer value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc{} || result.ptr != text.data() + text.size()) {
+    const auto value = parseNumber<Integer>(text);
+    if (!value) {
         throw std::runtime_error("\"" + text + "\" is no such integer");
     }
-    std::string bytes(sizeof value, '\0');
-    std::memcpy(bytes.data(), &value, sizeof value);
+    std::string bytes(sizeof(Integer), '\0');
+    std::memcpy(bytes.data(), &*value, sizeof(Integer));
     return bytes;
 }
 

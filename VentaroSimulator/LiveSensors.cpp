@@ -75,7 +75,7 @@ constexpr std::array<TemperatureRow, 41> temperatures{{
     {"Ts0S", Place::board, Place::air, 0.25, 0.1, 0, Resolution::fine},
 }};
 
-constexpr double waver = 0.15; // °C
+constexpr double noiseAmplitude = 0.15; // °C
 
 } // namespace
 
@@ -87,7 +87,8 @@ void computeSensors(const ThermalModel& model, std::uint64_t seed, std::int64_t 
         const double near = temperatureAt(model, row.near);
         const double far = temperatureAt(model, row.far);
         const double value = near + (far - near) * row.share + row.offset +
-                             row.perWatt * power.cpu + waver * noiseAt(seed, stream++, instant);
+                             row.perWatt * power.cpu +
+                             noiseAmplitude * noiseAt(seed, stream++, instant);
         publish(row.key, row.resolution == Resolution::fine ? value : std::round(value));
     }
     // Mains power through an adapter of usual efficiency, the battery full and held there.

@@ -1,13 +1,12 @@
 #include "MachineFolder.h"
 
 #include "EmbeddedFiles.h"
+#include "FileLock.h"
 #include "HelperIPC.h"
 #include "SmcWire.h"
 #include "SystemCalls.h"
 #include "UnixSocket.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -100,13 +99,8 @@ void MachineFolder::makeTree() const {
 }
 
 void MachineFolder::lock() {
-    constexpr mode_t mode = 0600;
-    const fs::path path = root_.resolve(runFolder) / "lock";
-    lock_.reset(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, mode));
+    lock_ = tryLockFile(root_.resolve(runFolder) / "lock");
     if (!lock_) {
-        throw std::system_error(errno, std::generic_category(), path.string());
-    }
-    if (::flock(lock_.get(), LOCK_EX | LOCK_NB) != 0) {
         throw std::runtime_error("another simulated machine runs in " + root_.folder().string());
     }
 }

@@ -12,6 +12,7 @@
 #include "MachineFolder.h"
 #include "MachineRootChoice.h"
 #include "NumberFormat.h"
+#include "NumberParse.h"
 #include "SignalWatch.h"
 #include "SmcServer.h"
 #include "SmcWire.h"
@@ -23,7 +24,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -295,16 +295,14 @@ std::optional<MachineCommandResult> RunningMachine::perform(const MachineCommand
 
 void RunningMachine::step(const std::string& text) {
     constexpr double longest = 86400; // s
-    double seconds = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    if (result.ec != std::errc{} || result.ptr != text.data() + text.size() ||
-        !(seconds >= 0 && seconds <= longest)) {
+    const auto seconds = parseNumber<double>(text, 0, longest);
+    if (!seconds) {
         throw std::invalid_argument("step takes 0 to 86400 seconds");
     }
     if (!clock_.isStepped()) {
         throw std::invalid_argument("the clock of this machine runs by itself");
     }
-    clock_.step(std::chrono::milliseconds(std::llround(seconds * 1000)));
+    clock_.step(std::chrono::milliseconds(std::llround(*seconds * 1000)));
     bringUpToDate();
     launchd_.startDueJobs();
     clocks_.sendDueTicks();

@@ -1,12 +1,12 @@
 #include "Faults.h"
 #include "FileDescriptor.h"
+#include "NumberParse.h"
 #include "Simulator.h"
 #include "SystemProfiler.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -31,13 +31,8 @@ std::string readFile(const std::string& path) {
 /// A number in decimal notation; CLI11's own range lets "nan" pass.
 CLI::Validator numberBetween(double least, double most) {
     return {[least, most](std::string& text) {
-                double number = 0;
-                const char* end = text.data() + text.size();
-                const auto result = std::from_chars(text.data(), end, number);
-                return result.ec == std::errc{} && result.ptr == end && number >= least &&
-                               number <= most
-                           ? std::string()
-                           : "\"" + text + "\" is not a number in range";
+                return parseNumber(text, least, most) ? std::string()
+                                                      : "\"" + text + "\" is not a number in range";
             },
             "NUMBER"};
 }

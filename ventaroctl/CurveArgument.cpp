@@ -1,6 +1,7 @@
 #include "CurveArgument.h"
 
-#include <charconv>
+#include "NumberParse.h"
+
 #include <stdexcept>
 #include <string>
 
@@ -8,14 +9,12 @@ namespace ventaro {
 
 namespace {
 
-double parseNumber(std::string_view text, double most, const std::string& what) {
-    double number = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isWhole = result.ec == std::errc{} && result.ptr == text.data() + text.size();
-    if (!isWhole || !(number >= 0 && number <= most)) {
+double coordinate(std::string_view text, double most, const std::string& what) {
+    const auto number = parseNumber<double>(text, 0, most);
+    if (!number) {
         throw std::invalid_argument("\"" + std::string(text) + "\" is no " + what);
     }
-    return number;
+    return *number;
 }
 
 CurvePoint parsePoint(std::string_view text) {
@@ -26,8 +25,8 @@ CurvePoint parsePoint(std::string_view text) {
         throw std::invalid_argument("\"" + std::string(text) +
                                     "\" is no point: write TEMPERATURE:PERCENT, such as 60:30");
     }
-    return {parseNumber(text.substr(0, colon), hottest, "temperature from 0 to 120 °C"),
-            parseNumber(text.substr(colon + 1), mostPercent, "speed from 0 to 100 percent")};
+    return {coordinate(text.substr(0, colon), hottest, "temperature from 0 to 120 °C"),
+            coordinate(text.substr(colon + 1), mostPercent, "speed from 0 to 100 percent")};
 }
 
 } // namespace

@@ -4,13 +4,13 @@
 #include "HeadlessControl.h"
 #include "HostPlatform.h"
 #include "HostSession.h"
+#include "NumberParse.h"
 #include "SignalWatch.h"
 #include "SystemCalls.h"
 #include "Watch.h"
 
 #include <CLI/CLI.hpp>
 
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -28,13 +28,8 @@ constexpr const char* profileNames = "systemAuto, smartCurve, manual, silent, ba
 /// A number in decimal notation; CLI11's own range lets "nan" pass.
 CLI::Validator numberBetween(double least, double most) {
     return {[least, most](std::string& text) {
-                double number = 0;
-                const char* end = text.data() + text.size();
-                const auto result = std::from_chars(text.data(), end, number);
-                return result.ec == std::errc{} && result.ptr == end && number >= least &&
-                               number <= most
-                           ? std::string()
-                           : "\"" + text + "\" is not a number in range";
+                return parseNumber(text, least, most) ? std::string()
+                                                      : "\"" + text + "\" is not a number in range";
             },
             "NUMBER"};
 }

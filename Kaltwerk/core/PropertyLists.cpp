@@ -2,6 +2,8 @@
 
 #include "HelperIPC.h"
 
+#include <initializer_list>
+
 namespace ventaro {
 
 namespace {
@@ -15,6 +17,14 @@ constexpr std::string_view head =
 <dict>
     <key>Label</key>
     <string>)";
+
+std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text += part;
+    }
+    return text;
+}
 
 std::string escapedForXml(std::string_view text) {
     std::string escaped;
@@ -67,11 +77,11 @@ std::string quotedForDesktopEntry(std::string_view argument) {
 } // namespace
 
 std::string launchDaemonPropertyList() {
-    return std::string(head) + HelperConstants::daemonLabel + R"(</string>
+    return joined({head, HelperConstants::daemonLabel, R"(</string>
     <key>ProgramArguments</key>
     <array>
-        <string>)" +
-           HelperConstants::helperBinaryInstallPath + R"(</string>
+        <string>)",
+                   HelperConstants::helperBinaryInstallPath, R"(</string>
     </array>
     <key>RunAtLoad</key>
     <true/>
@@ -82,7 +92,7 @@ std::string launchDaemonPropertyList() {
     <key>StandardErrorPath</key>
     <string>/var/log/com.ventaro.helper.err</string>
 </dict>
-</plist>)";
+</plist>)"});
 }
 
 std::string launchAgentPropertyList(std::string_view program, bool minimized) {
@@ -90,17 +100,17 @@ std::string launchAgentPropertyList(std::string_view program, bool minimized) {
     if (minimized) {
         arguments += "    <string>" + std::string(minimizedArgument) + "</string>\n";
     }
-    return std::string(head) + loginItemLabel + R"(</string>
+    return joined({head, loginItemLabel, R"(</string>
     <key>ProgramArguments</key>
     <array>
-)" + arguments +
-           R"(    </array>
+)",
+                   arguments, R"(    </array>
     <key>RunAtLoad</key>
     <true/>
     <key>ProcessType</key>
     <string>Interactive</string>
 </dict>
-</plist>)";
+</plist>)"});
 }
 
 std::string autostartDesktopEntry(std::string_view program, bool minimized) {

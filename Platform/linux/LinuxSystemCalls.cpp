@@ -1,6 +1,7 @@
 #include "SystemCalls.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -48,6 +49,8 @@ void lowerThreadPriority(int niceness) {
         ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness);
     }
 }
+
+void releaseFreeMemory() { ::malloc_trim(0); }
 
 std::optional<std::filesystem::path> executablePath() {
     std::error_code error;

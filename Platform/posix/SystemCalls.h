@@ -36,6 +36,9 @@ void duplicateOnto(int source, int target);
 /// Makes the calling thread give way to others by `niceness`, 0 to 19. It cannot be taken back.
 void lowerThreadPriority(int niceness);
 
+/// Gives the heap's free pages back to the system; for when a program has become quiet.
+void releaseFreeMemory();
+
 /// The file of the running program; no value if the system does not say.
 std::optional<std::filesystem::path> executablePath();
 

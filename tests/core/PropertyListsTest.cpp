@@ -14,7 +14,7 @@ constexpr const char* head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
 
 TEST(PropertyLists, AreTheseBytes) {
     EXPECT_EQ(launchDaemonPropertyList(),
-              std::string(head) +
+              std::string(head).append(
                   "    <string>com.ventaro.helper</string>\n"
                   "    <key>ProgramArguments</key>\n"
                   "    <array>\n"
@@ -29,20 +29,20 @@ TEST(PropertyLists, AreTheseBytes) {
                   "    <key>StandardErrorPath</key>\n"
                   "    <string>/var/log/com.ventaro.helper.err</string>\n"
                   "</dict>\n"
-                  "</plist>");
-    const auto agent = [](const char* arguments) {
-        return std::string(head) +
-               "    <string>com.ventaro.app</string>\n"
-               "    <key>ProgramArguments</key>\n"
-               "    <array>\n" +
-               arguments +
-               "    </array>\n"
-               "    <key>RunAtLoad</key>\n"
-               "    <true/>\n"
-               "    <key>ProcessType</key>\n"
-               "    <string>Interactive</string>\n"
-               "</dict>\n"
-               "</plist>";
+                  "</plist>"));
+    const auto agent = [](const std::string& arguments) {
+        std::string text = head;
+        text.append("    <string>com.ventaro.app</string>\n"
+                    "    <key>ProgramArguments</key>\n"
+                    "    <array>\n");
+        text.append(arguments);
+        return text.append("    </array>\n"
+                           "    <key>RunAtLoad</key>\n"
+                           "    <true/>\n"
+                           "    <key>ProcessType</key>\n"
+                           "    <string>Interactive</string>\n"
+                           "</dict>\n"
+                           "</plist>");
     };
     EXPECT_EQ(launchAgentPropertyList("/Apps/Ventaro", false),
               agent("    <string>/Apps/Ventaro</string>\n"));

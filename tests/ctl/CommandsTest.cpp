@@ -23,10 +23,10 @@ protected:
 
 TEST_F(CommandLine, JsonArraysOfTheRecords) {
     commands_.fans(true);
-    const std::string array = out_.str();
-    const std::size_t middle = array.find("},{") + 1;
-    EXPECT_EQ(decodeFanReading(array.substr(1, middle - 1)).name, "Linker Lüfter (CPU)");
-    EXPECT_EQ(decodeFanReading(array.substr(middle + 1, array.size() - middle - 3)).id, 1);
+    const auto fans = readJsonObjects(out_.str());
+    ASSERT_EQ(fans.size(), 2U);
+    EXPECT_EQ(fans[0].string("name"), "Linker Lüfter (CPU)");
+    EXPECT_EQ(fans[1].integer("id"), 1);
 
     smc_.faults().add("F0Ac value nan");
     EXPECT_THROW(commands_.fans(true), EncodingError) << "JSON has no such number";

@@ -1,6 +1,6 @@
 #include "QmlScene.h"
 
-#include "IdleMemory.h"
+#include "SystemCalls.h"
 
 #include <QDir>
 #include <QQuickWindow>
@@ -50,7 +50,7 @@ QmlScene::~QmlScene() {
     window_.reset();
     engine_->collectGarbage();
     engine_.reset();
-    releaseIdleMemory();
+    releaseFreeMemory();
 }
 
 } // namespace ventaro

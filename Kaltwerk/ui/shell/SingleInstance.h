@@ -3,12 +3,11 @@
 #include "FileDescriptor.h"
 #include "MachineRoot.h"
 
-#include <QObject>
+#include <QLocalServer>
 #include <chrono>
-#include <memory>
-#include <vector>
+#include <filesystem>
 
-class QSocketNotifier;
+class QLocalSocket;
 
 namespace ventaro {
 
@@ -28,7 +27,6 @@ public:
     /// Throws std::runtime_error, with an English sentence, if the folder for the lock cannot be
     /// made or is not this user's alone.
     explicit SingleInstance(const MachineRoot& root);
-    ~SingleInstance() override;
 
     /// Longer than the one that runs takes to hand the fans back at its end, when it does not
     /// answer.
@@ -37,7 +35,8 @@ public:
     /// Becomes the first, or hands `request` to the one that is, within `patience`. Throws
     /// std::runtime_error, with an English sentence, if that one does not answer. Blocks.
     Role claim(Request request, std::chrono::milliseconds patience = longestEnd);
-    /// Starts to answer; needs the event loop. Only the first may.
+    /// Starts to answer; needs the event loop. Only the first may. Throws std::runtime_error, with
+    /// an English sentence, if there can be no socket.
     void listen();
 
 Q_SIGNALS:
@@ -45,20 +44,13 @@ Q_SIGNALS:
     void reopenRequested();
 
 private:
-    struct Visitor;
-
-    bool lock();
     bool tell(Request request, std::chrono::milliseconds patience) const;
-    std::string path(const char* name) const;
-    void welcome();
-    void hear(Visitor& visitor);
-    void dismiss(const Visitor& visitor);
+    void acceptStarts();
+    void answerStart(QLocalSocket& start);
 
-    FileDescriptor folder_;
-    FileDescriptor lock_;
-    FileDescriptor listener_;
-    std::unique_ptr<QSocketNotifier> notifier_;
-    std::vector<std::unique_ptr<Visitor>> visitors_; ///< the oldest first
+    std::filesystem::path folder_;
+    FileDescriptor lock_; ///< held until the server is gone
+    QLocalServer server_;
 };
 
 } // namespace ventaro

@@ -48,12 +48,12 @@ QString machineNote(MachineKind kind) {
     }
 }
 
-/// The look of the program as a whole. Its name for people is not set: Qt would add it to the title
-/// of every window.
-void dress(QTranslator& translator) {
+/// What the desktop knows the program by, its font and the language of the toolkit's texts. Its
+/// name for people is not set: Qt would add it to the title of every window.
+void applyIdentityAndLook(QTranslator& translator) {
     QApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::setDesktopFileName(QStringLiteral("de.ventaro.Ventaro"));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/ventaro/de.ventaro.Ventaro.svg")));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.ventaro.app"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/ventaro/com.ventaro.app.svg")));
     const QString family = QStringLiteral("Inter");
     if (QFontDatabase::hasFamily(family)) {
         QFont font = QApplication::font();
@@ -69,7 +69,7 @@ void dress(QTranslator& translator) {
 int runFirst(const StopSignals& signals, SingleInstance& instance,
              const DesktopFactory& makeDesktop) {
     QTranslator translator;
-    dress(translator);
+    applyIdentityAndLook(translator);
     const QStringList arguments = QApplication::arguments();
     for (const QString& argument : unknownArguments(arguments)) {
         std::cerr << "Ventaro: the argument \"" << argument.toStdString() << "\" is ignored\n";

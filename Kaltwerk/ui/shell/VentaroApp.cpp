@@ -1,6 +1,6 @@
 #include "VentaroApp.h"
 
-#include "IdleMemory.h"
+#include "SystemCalls.h"
 #include "TaskRunner.h"
 
 #include <QApplication>
@@ -26,7 +26,7 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopInt
     connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
     followSetting();
     startIsOver_.setSingleShot(true);
-    connect(&startIsOver_, &QTimer::timeout, this, releaseIdleMemory);
+    connect(&startIsOver_, &QTimer::timeout, this, releaseFreeMemory);
     connectWindows();
     connectStatusItem();
     connect(qApp, &QCoreApplication::aboutToQuit, this,

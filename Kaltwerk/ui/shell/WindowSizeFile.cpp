@@ -5,27 +5,22 @@
 #include <sys/stat.h>
 
 #include <QDebug>
-#include <charconv>
-#include <fstream>
+#include <QFile>
+#include <QRegularExpression>
 #include <string>
 
 namespace ventaro {
 
 std::optional<QSize> WindowSizeFile::read() const {
-    constexpr std::size_t longest = 16;
-    std::string text(longest, '\0');
-    std::ifstream file(path_);
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    const char* end = text.data() + file.gcount();
-    int width = 0;
-    int height = 0;
-    auto part = std::from_chars(text.data(), end, width);
-    if (part.ec != std::errc{} || part.ptr == end || *part.ptr != 'x') {
+    constexpr qint64 longest = 16;
+    QFile file(path_);
+    if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    part = std::from_chars(part.ptr + 1, end, height);
-    const bool isWhole = part.ec == std::errc{} && part.ptr + 1 == end && *part.ptr == '\n';
-    return isWhole && width > 0 && height > 0 ? std::optional(QSize(width, height)) : std::nullopt;
+    static const QRegularExpression form(QStringLiteral(R"(\A([0-9]+)x([0-9]+)\n\z)"));
+    const auto parts = form.match(QString::fromLatin1(file.read(longest)));
+    const QSize size(parts.captured(1).toInt(), parts.captured(2).toInt()); // 0 beyond an int
+    return size.isEmpty() ? std::nullopt : std::optional(size);
 }
 
 void WindowSizeFile::write(QSize size) const {

@@ -44,15 +44,4 @@ void paintSymbol(QPainter& painter, const QString& name, const QColor& color, co
     painter.restore();
 }
 
-QImage symbolImage(const QString& name, const QColor& color, int size, qreal devicePixelRatio) {
-    const int pixels = qRound(size * devicePixelRatio);
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    image.setDevicePixelRatio(devicePixelRatio);
-    QPainter painter(&image);
-    paintSymbol(painter, name, color, QRectF(0, 0, size, size));
-    painter.end();
-    return image;
-}
-
 } // namespace ventaro

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QImage>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
@@ -11,8 +10,5 @@ namespace ventaro {
 /// Draws the symbol `name` ("fan.fill") in `color` into the square that fits `area`. Nothing is
 /// drawn for a name that there is no symbol of; the log says so. Main thread only.
 void paintSymbol(QPainter& painter, const QString& name, const QColor& color, const QRectF& area);
-
-/// The symbol in `color` on a transparent ground, `size` points square.
-QImage symbolImage(const QString& name, const QColor& color, int size, qreal devicePixelRatio);
 
 } // namespace ventaro

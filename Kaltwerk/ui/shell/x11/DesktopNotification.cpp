@@ -15,7 +15,7 @@ namespace {
 
 QDBusMessage notification(const QString& text) {
     const QString name = QStringLiteral("org.freedesktop.Notifications");
-    const QString desktopEntry = QStringLiteral("de.ventaro.Ventaro");
+    const QString desktopEntry = QStringLiteral("com.ventaro.app");
     const uint replacedNotification = 0;
     const int desktopsOwnTime = -1;
     auto message = QDBusMessage::createMethodCall(
