@@ -1,38 +1,14 @@
+#include "BlankHost.h"
+#include "EmbeddedFiles.h"
 #include "LinuxHostInformation.h"
-#include "SystemHardwareInspector.h"
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <iterator>
-#include <string>
 
 namespace ventaro {
 namespace {
-
-const std::vector<std::string> dataTypes{"SPHardwareDataType", "SPMemoryDataType",
-                                         "SPDisplaysDataType", "SPNVMeDataType", "SPPowerDataType"};
-
-/// A host whose profiler prints what it is given.
-class DocumentHost final : public HostInformation {
-public:
-    std::optional<std::string> runProgram(const std::string& /*path*/,
-                                          const std::vector<std::string>& /*arguments*/) override {
-        return std::string(document);
-    }
-    void endPrograms() override {}
-    std::optional<std::vector<std::uint8_t>> kernelValue(std::string_view /*name*/) override {
-        return std::nullopt;
-    }
-    std::string operatingSystemVersion() override { return "Version 11.7"; }
-    std::string document;
-};
-
-std::string simulatedProfile() {
-    std::ifstream file(VENTARO_PROFILE_FILE);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// In MiB.
 double residentMemory() {
@@ -44,9 +20,10 @@ double residentMemory() {
 }
 
 void BM_BuildSections(benchmark::State& state) {
-    DocumentHost host;
+    BlankHost host;
     const SystemHardwareInspector inspector(host);
-    const auto document = SystemHardwareInspector::parseProfilerDocument(simulatedProfile());
+    const auto document =
+        SystemHardwareInspector::parseProfilerDocument(std::string(EmbeddedFiles::profile));
     for (auto _ : state) {
         benchmark::DoNotOptimize(inspector.buildSections(document));
     }
@@ -56,19 +33,22 @@ BENCHMARK(BM_BuildSections)->Unit(benchmark::kMicrosecond);
 void BM_LinuxDocument(benchmark::State& state) {
     for (auto _ : state) {
         LinuxHostInformation host;
-        benchmark::DoNotOptimize(host.runProgram("/usr/sbin/system_profiler", dataTypes));
+        benchmark::DoNotOptimize(
+            host.runProgram("/usr/sbin/system_profiler",
+                            {"SPHardwareDataType", "SPMemoryDataType", "SPDisplaysDataType",
+                             "SPNVMeDataType", "SPPowerDataType"}));
     }
 }
 BENCHMARK(BM_LinuxDocument)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_HugeDocument(benchmark::State& state) {
-    DocumentHost host;
-    const std::string profile = simulatedProfile();
-    host.document = "{\"junk\":[";
-    while (host.document.size() < 50000000) {
-        host.document += profile + ",";
+    BlankHost host;
+    const std::string profile(EmbeddedFiles::profile);
+    std::string document = "{\"junk\":[";
+    while (document.size() < 50000000) {
+        document += profile + ",";
     }
-    host.document += "0]," + profile.substr(1);
+    host.document = document + "0]," + profile.substr(1);
     const SystemHardwareInspector inspector(host);
     const double before = residentMemory();
     for (auto _ : state) {

@@ -3,9 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
+namespace ventaro {
 namespace {
-
-using namespace ventaro;
 
 void BM_DecodeValue(benchmark::State& state) {
     const std::pair<const char*, SMCBytes> rows[] = {{"flt ", {0x00, 0x00, 0xC8, 0x42}},
@@ -15,7 +14,7 @@ void BM_DecodeValue(benchmark::State& state) {
                                                      {"ui32", {0x01}}};
     const auto& [type, bytes] = rows[state.range(0)];
     std::string name = type;
-    for ([[maybe_unused]] auto _ : state) {
+    for (auto _ : state) {
         benchmark::DoNotOptimize(name);
         benchmark::DoNotOptimize(SMCService::decodeValue(name, bytes));
     }
@@ -32,7 +31,7 @@ void BM_Exchange(benchmark::State& state) {
     SMCKeyData_t input{};
     input.key = SMCService::fourCharCode("TC0P");
     input.data8 = SMC_CMD_READ_BYTES;
-    for ([[maybe_unused]] auto _ : state) {
+    for (auto _ : state) {
         SMCKeyData_t output{};
         std::size_t size = sizeof output;
         benchmark::DoNotOptimize(ioKit.connectCallStructMethod(connection, KERNEL_INDEX_SMC, &input,
@@ -46,7 +45,7 @@ void BM_CachedReadKeyRaw(benchmark::State& state) {
     SimulatedSmc smc({});
     InProcessIOKit ioKit(smc, false);
     SMCService service(ioKit);
-    for ([[maybe_unused]] auto _ : state) {
+    for (auto _ : state) {
         benchmark::DoNotOptimize(service.readKeyRaw("TC0P"));
     }
 }
@@ -59,7 +58,7 @@ void BM_WarmSensorSweep(benchmark::State& state) {
     service.readSensors();
     std::int64_t exchanges = 0;
     ioKit.onExchange = [&](const SMCKeyData_t&) { ++exchanges; };
-    for ([[maybe_unused]] auto _ : state) {
+    for (auto _ : state) {
         benchmark::DoNotOptimize(service.readSensors());
     }
     state.counters["exchanges"] =
@@ -68,3 +67,4 @@ void BM_WarmSensorSweep(benchmark::State& state) {
 BENCHMARK(BM_WarmSensorSweep);
 
 } // namespace
+} // namespace ventaro
