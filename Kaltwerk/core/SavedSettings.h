@@ -20,6 +20,8 @@ struct SavedSettings {
     bool startMinimized = true;
     CurveSensorSource curveSensorSource = CurveSensorSource::maxCpuGpu;
     std::vector<CurvePoint> curvePoints = defaultCurve();
+
+    bool operator==(const SavedSettings&) const = default;
 };
 
 /// `settings` with what the store holds in place of it. A value that is missing, of another type,
