@@ -14,7 +14,6 @@ import sys
 import time
 
 FRAME = re.compile(r"^\s*([\d.]+) Frame rendered")
-TICKS = os.sysconf("SC_CLK_TCK")
 ENVIRONMENT = {
     "QT_QUICK_BACKEND": "software",
     "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true",
@@ -34,20 +33,19 @@ class Program:
         os.set_blocking(self.process.stderr.fileno(), False)
         self.rest = ""
 
-    def read(self):
+    def lines(self):
         data = self.process.stderr.read()
         lines = (self.rest + (data or b"").decode()).split("\n")
         self.rest = lines.pop()
         self.output += lines
+        return self.output
 
     def frames(self):
-        self.read()
-        return [float(match[1]) for match in map(FRAME.match, self.output) if match]
+        return [float(match[1]) for match in map(FRAME.match, self.lines()) if match]
 
     def strangers(self):
         """Lines that are no frame: warnings."""
-        self.read()
-        return [line for line in self.output if line and not FRAME.match(line)]
+        return [line for line in self.lines() if line and not FRAME.match(line)]
 
     def first_frame(self):
         deadline = time.monotonic() + 20
@@ -55,15 +53,11 @@ class Program:
             if time.monotonic() > deadline or self.process.poll() is not None:
                 sys.exit("no frame came: " + "\n".join(self.output))
             time.sleep(0.001)
-        cpu = self.cpu()
+        cpu = self.busy()
         return self.frames()[0] - self.begin, cpu
 
-    def cpu(self):
-        fields = open(f"/proc/{self.process.pid}/stat").read().rsplit(")", 1)[1].split()
-        return (int(fields[11]) + int(fields[12])) / TICKS
-
     def busy(self):
-        """CPU seconds, finer than the kernel's ticks."""
+        """CPU seconds."""
         total = 0
         for task in os.listdir(f"/proc/{self.process.pid}/task"):
             total += int(open(f"/proc/{self.process.pid}/task/{task}/schedstat").read().split()[0])
@@ -79,10 +73,6 @@ class Program:
         self.process.wait(20)
 
 
-def median(values):
-    return statistics.median(values)
-
-
 def measure_start(app, bare, runs):
     times = {app: [], bare: []}
     for _ in range(runs):
@@ -91,8 +81,8 @@ def measure_start(app, bare, runs):
             times[command].append(program.first_frame())
             program.end()
     for name, command in (("bare window", bare), ("Ventaro", app)):
-        seconds = median([run[0] for run in times[command]])
-        cpu = median([run[1] for run in times[command]])
+        seconds = statistics.median([run[0] for run in times[command]])
+        cpu = statistics.median([run[1] for run in times[command]])
         print(f"start, {name}: {seconds:.3f} s to the first frame, {cpu:.2f} s CPU", flush=True)
 
 

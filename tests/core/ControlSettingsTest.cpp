@@ -1,6 +1,7 @@
 #include "ControlSettings.h"
 
 #include "ControllerFixture.h"
+#include "CurveFile.h"
 #include "LoginItem.h"
 
 #include <cmath>
@@ -77,6 +78,24 @@ TEST_F(ControlSettingsTest, WhatCannotBeIsPassedOverAndRepairedByTheNextSave) {
     saveSettings(store, endless);
     EXPECT_EQ(store.value<DefaultsData>("com.ventaro.pref.curvePoints"), whole);
     EXPECT_TRUE(loadedSettings(store).linkFans);
+}
+
+TEST(CurveFile, IsOnlyWrittenIfItCanBeReadAgain) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "curve.json";
+    const CurveLimits limits{35, 95};
+    const std::vector<CurvePoint> unreadable[] = {
+        {},
+        {{45, 0}, {60, 30}, {72, 60}, {96, 100}},
+        {{45, 0}, {60, 30.5}, {72, 60}, {85, 100}},
+        {{45, 0}, {60, std::nan("")}, {72, 60}, {85, 100}},
+    };
+    for (const auto& points : unreadable) {
+        EXPECT_THROW(writeCurveFile(file, points, limits), CurveFileError);
+        EXPECT_FALSE(std::filesystem::exists(file));
+    }
+    writeCurveFile(file, defaultCurve(), limits);
+    EXPECT_EQ(readCurveFile(file, limits)[3].speedPercent, 100);
 }
 
 using LoginItemTest = ControllerFixture;

@@ -226,18 +226,6 @@ TEST_F(FanControllerTest, ChecksFollowTheHelperAndCompetingPrograms) {
     EXPECT_FALSE(controller.hasStatusMessage());
 }
 
-TEST_F(FanControllerTest, TerminationResetsIfTheUserWantsItAndAHelperAnswers) {
-    Controller& controller = settled();
-    controller.handleAppTermination();
-    EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
-    helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("gut", 2); });
-    controller.handleAppTermination();
-    EXPECT_THAT(helper_.taken(), ElementsAre("ping"));
-    controller.setResetToAutoOnQuit(false);
-    controller.handleAppTermination();
-    EXPECT_THAT(helper_.taken(), IsEmpty());
-}
-
 TEST_F(FanControllerTest, AfterTheShutdownNothingIsSent) {
     Controller& controller = settled();
     controller.selectProfile(ControlProfile::turbo); // has not begun when the end comes

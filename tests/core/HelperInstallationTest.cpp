@@ -1,5 +1,6 @@
 #include "AtomicFile.h"
 #include "ControllerFixture.h"
+#include "HelperStatus.h"
 
 #include <sys/stat.h>
 
@@ -165,54 +166,43 @@ TEST_F(HelperInstallationTest, WaitsForTheHelperToAnswer) {
     EXPECT_EQ(helper_.taken().size(), 1U);
 }
 
-TEST_F(HelperInstallationTest, TheControllerReportsHowItWent) {
+TEST_F(HelperInstallationTest, TheHelperStatusTellsHowItWent) {
     const HelperClient installing = client();
-    FanControllerViewModel controller(
-        {machine_.service, installing, inspector_, root_, session_, tasks_});
-    tasks_.runAll();
-    controller.installHelper();
-    controller.installHelper();
-    EXPECT_EQ(tasks_.waiting(), 1U) << "the second one does nothing";
-    EXPECT_TRUE(controller.isInstallingHelper());
-    EXPECT_EQ(controller.statusMessage(),
-              "Administrator-Freigabe für Hintergrund-Helper wird angefordert...");
+    HelperStatus status(installing, applications(), tasks_);
+    std::string told;
+    QObject::connect(&status, &HelperStatus::uninstalled, [&] { told += "Weg. "; });
+    QObject::connect(&status, &HelperStatus::reported,
+                     [&](const std::optional<std::string>& line, bool isError) {
+                         told += (isError ? "Fehler: " : "") + *line;
+                     });
+    const auto expect = [&](const std::string& expected, bool isInstalled) {
+        tasks_.runAll();
+        EXPECT_EQ(std::exchange(told, {}), expected);
+        EXPECT_EQ(status.isInstalled(), isInstalled);
+        EXPECT_FALSE(status.isInstalling());
+    };
+    const std::string asking = "Administrator-Freigabe für Hintergrund-Helper wird angefordert...";
     int answers = 0;
     helper_.setAnswer([&answers](const HelperRequest&) { // the last probe fails
         return ++answers == 1 ? RecordingHelper::accept("gut") : std::string();
     });
-    tasks_.runAll();
-    EXPECT_EQ(controller.statusMessage(), "Hintergrund-Helper erfolgreich installiert und aktiv!");
-    EXPECT_FALSE(controller.isErrorStatus());
-    EXPECT_FALSE(controller.isHelperInstalled());
-    EXPECT_FALSE(controller.isInstallingHelper());
+    status.install();
+    status.install();
+    EXPECT_EQ(tasks_.waiting(), 1U) << "the second one does nothing";
+    EXPECT_TRUE(status.isInstalling());
+    expect(asking + "Hintergrund-Helper erfolgreich installiert und aktiv!", false);
 
     helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("gut"); });
     scripts_.failure = ScriptFailure{"Abgebrochen."};
-    controller.installHelper();
-    tasks_.runAll();
-    EXPECT_EQ(controller.statusMessage(), "Abgebrochen.");
-    EXPECT_TRUE(controller.isErrorStatus());
-    EXPECT_TRUE(controller.isHelperInstalled()) << "the old one is still there";
-
-    controller.applyManualSpeeds();
-    controller.setLinkFansInManualMode(true);
-    tasks_.runAll();
-    controller.uninstallHelper();
-    tasks_.runAll();
-    EXPECT_EQ(controller.statusMessage(), "Abgebrochen.");
-    EXPECT_EQ(controller.activeProfile(), ControlProfile::manual);
-    EXPECT_TRUE(controller.isHelperInstalled());
+    status.install();
+    expect(asking + "Fehler: Abgebrochen.", true); // the old one is still there
+    status.uninstall();
+    expect("Fehler: Abgebrochen.", true);
     scripts_.failure.reset();
     helper_.taken();
-    controller.uninstallHelper();
-    tasks_.runAll();
-    EXPECT_EQ(controller.statusMessage(),
-              "Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.");
-    EXPECT_FALSE(controller.isErrorStatus());
-    EXPECT_EQ(controller.activeProfile(), ControlProfile::systemAuto);
-    EXPECT_FALSE(controller.isHelperInstalled());
+    status.uninstall();
+    expect("Weg. Hintergrund-Helper deinstalliert. Lüfter auf macOS-Automatik.", false);
     EXPECT_TRUE(helper_.taken().empty()) << "the script has reset the fans";
-    EXPECT_EQ(session_.defaults->value<bool>("com.ventaro.pref.linkFans"), false) << "nor saved";
 }
 
 } // namespace

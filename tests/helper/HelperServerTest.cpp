@@ -1,7 +1,7 @@
 #include "HelperServer.h"
 
+#include "ScriptedServer.h"
 #include "TestSupport.h"
-#include "UnixSocket.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -25,16 +25,13 @@ using testing::ThrowsMessage;
 constexpr const char* ping = R"({"action":"ping"})";
 constexpr const char* pingAnswer = R"({"success":true,"message":"ping","version":1})";
 
-void send(const FileDescriptor& client, std::string_view text) {
-    ::send(client.get(), text.data(), text.size(), MSG_NOSIGNAL);
-}
+void send(const FileDescriptor& client, std::string_view text) { sendText(client.get(), text); }
 
 /// The answer up to the end of the connection.
 std::string answerOf(const FileDescriptor& client) {
     std::string text;
-    char buffer[4096];
-    for (ssize_t count = 0; (count = ::recv(client.get(), buffer, sizeof buffer, 0)) > 0;) {
-        text.append(buffer, static_cast<std::size_t>(count));
+    for (std::string piece; !(piece = receiveText(client.get())).empty();) {
+        text += piece;
     }
     return text;
 }

@@ -1,61 +1,33 @@
 #include "SimulatedIOKit.h"
 
+#include "ScriptedServer.h"
 #include "SmcWire.h"
 #include "TestSupport.h"
-#include "UnixSocket.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cstring>
 #include <functional>
-#include <thread>
 
 namespace ventaro {
 namespace {
 
-/// A service that answers each request with what `answer` makes of its selector; "" keeps silent,
-/// "close" closes the connection.
-class ScriptedService {
-public:
-    using Answer = std::function<std::string(std::uint32_t)>;
-
-    ScriptedService(std::filesystem::path path, const Answer& answer)
-        : path_(std::move(path)), thread_([this, answer] { serve(answer); }) {}
-    ~ScriptedService() {
-        stop_ = true;
-        thread_.join();
-        ::unlink(path_.c_str());
-    }
-
-private:
-    void serve(const Answer& answer) {
-        FileDescriptor client;
-        for (; !stop_; std::this_thread::yield()) {
-            if (FileDescriptor next{::accept(listener_.get(), nullptr, nullptr)}) {
-                client = std::move(next);
+/// Answers each request with what `answer` makes of its selector; "" keeps silent, "close" closes
+/// the connection.
+ScriptedServer::Script answering(std::function<std::string(std::uint32_t)> answer) {
+    return [answer = std::move(answer)](int client) {
+        for (std::string bytes; !(bytes = receiveText(client)).empty();) {
+            SmcWire::RequestHeader request{};
+            std::memcpy(&request, bytes.data(), sizeof request);
+            const std::string reply = answer(request.selector);
+            if (reply == "close") {
+                return;
             }
-            std::array<char, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> bytes{};
-            if (client && ::recv(client.get(), bytes.data(), bytes.size(), MSG_DONTWAIT) > 0) {
-                SmcWire::RequestHeader request{};
-                std::memcpy(&request, bytes.data(), sizeof request);
-                const std::string reply = answer(request.selector);
-                if (reply == "close") {
-                    client.reset();
-                } else if (!reply.empty()) {
-                    ::send(client.get(), reply.data(), reply.size(), MSG_NOSIGNAL);
-                }
-            }
+            sendText(client, reply);
         }
-    }
-
-    const std::filesystem::path path_;
-    const FileDescriptor listener_ = listenOnUnixSocket(path_, 0600);
-    std::atomic<bool> stop_{false};
-    std::thread thread_;
-};
+    };
+}
 
 std::string answerWith(KernelReturn kernelReturn, const std::string& output) {
     const SmcWire::AnswerHeader header{kernelReturn, static_cast<std::uint32_t>(output.size())};
@@ -91,9 +63,9 @@ protected:
 };
 
 TEST_F(SimulatedService, CarriesBlocksAndCodes) {
-    const ScriptedService service(path_, [](std::uint32_t selector) {
-        return answerWith(-7, "s" + std::to_string(selector));
-    });
+    const ScriptedServer service(path_, answering([](std::uint32_t selector) {
+                                     return answerWith(-7, "s" + std::to_string(selector));
+                                 }));
     const IOConnection connection = open();
     EXPECT_EQ(call(connection, 5), -7);
     EXPECT_EQ(output_, "s5");
@@ -106,9 +78,9 @@ TEST_F(SimulatedService, CarriesBlocksAndCodes) {
 
 TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
     std::atomic<int> requests{0};
-    const ScriptedService service(path_, [&](std::uint32_t) {
-        return requests++ == 0 ? std::string() : answerWith(0, "ok");
-    });
+    const ScriptedServer service(path_, answering([&](std::uint32_t) {
+                                     return requests++ == 0 ? "" : answerWith(0, "ok");
+                                 }));
     const IOConnection connection = open();
     EXPECT_EQ(call(connection), KernelCode::timeout);
     EXPECT_EQ(call(connection), KernelCode::success) << "on a fresh connection";
@@ -116,15 +88,16 @@ TEST_F(SimulatedService, ALateAnswerIsNeverTakenForTheNextOne) {
 }
 
 TEST_F(SimulatedService, ReconnectsBelowTheSameHandle) {
-    std::optional<ScriptedService> service;
-    service.emplace(path_, [](std::uint32_t) { return answerWith(0, ""); });
+    const auto script = answering([](std::uint32_t) { return answerWith(0, ""); });
+    std::optional<ScriptedServer> service;
+    service.emplace(path_, script);
     const IOConnection connection = open();
     EXPECT_EQ(call(connection), KernelCode::success);
     service.reset();
     EXPECT_EQ(find("AppleSMC"), 0U);
     EXPECT_EQ(call(connection), KernelCode::noDevice);
     EXPECT_EQ(call(connection), KernelCode::noDevice);
-    service.emplace(path_, [](std::uint32_t) { return answerWith(0, ""); });
+    service.emplace(path_, script);
     EXPECT_EQ(call(connection), KernelCode::success);
 }
 
@@ -134,7 +107,8 @@ TEST_F(SimulatedService, BadAnswersAndBrokenConnectionsAreErrors) {
         {"half", KernelCode::timeout},
         {answerWith(0, std::string(200, 'x')), KernelCode::noDevice}};
     for (const auto& [answer, code] : rows) {
-        const ScriptedService service(path_, [reply = answer](std::uint32_t) { return reply; });
+        const ScriptedServer service(path_,
+                                     answering([reply = answer](std::uint32_t) { return reply; }));
         EXPECT_EQ(call(open()), code) << answer;
     }
     EXPECT_EQ(output_.find('x'), std::string::npos) << "never more than there is room for";

@@ -10,10 +10,8 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <set>
 
 namespace ventaro {
@@ -118,29 +116,6 @@ TEST_F(FileDefaultsTest, WhatCannotBeReadIsNeverReplacedAndWhatCannotBeWrittenIs
     fs::remove(file_.parent_path());
     unwritable.store({{"number", 2.0}}); // the same once more
     EXPECT_EQ(open().value<double>("number"), 2);
-}
-
-TEST_F(FileDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
-    for (int round = 0; round < 10; ++round) {
-        fs::remove(file_);
-        const pid_t writer = ::fork();
-        if (writer == 0) {
-            FileDefaults defaults = open();
-            for (double number = 1;; ++number) {
-                defaults.store({{"number", number}, {"text", std::string(5000, 'x')}});
-            }
-        }
-        const auto written = [&] {
-            std::error_code error;
-            return fs::file_size(file_, error) > 0 && !error;
-        };
-        EXPECT_TRUE(waitUntil(written));
-        ::usleep(static_cast<useconds_t>(round) * 700);
-        ::kill(writer, SIGKILL);
-        ::waitpid(writer, nullptr, 0);
-        EXPECT_EQ(open().value<std::string>("text"), std::string(5000, 'x'));
-        EXPECT_THAT(log_, IsEmpty());
-    }
 }
 
 TEST(AdministratorScriptsTest, AreDoShellScriptsOnThisMachine) {

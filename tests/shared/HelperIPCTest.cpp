@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <limits>
 
 namespace ventaro {
 namespace {
@@ -38,18 +39,25 @@ TEST(HelperMessages, BadRequestsNameTheMember) {
         {R"({"action":"Ping"})", "action", unknownValue},
         {R"({"action":"ping "})", "action", unknownValue},
         {R"({"action":1})", "action", wrongType},
+        {R"({"action":{"action":"ping"}})", "action", wrongType},
+        {R"({"action":"ping","action":"resetAllAuto"})", "action", repeated},
         {R"({"action":"ping","fanIndex":null})", "fanIndex", wrongType},
-        {R"({"action":"ping","fanIndex":18446744073709551615})", "fanIndex", outOfRange},
+        {R"({"action":"ping","fanIndex":1.0})", "fanIndex", wrongType},
+        {R"({"action":"ping","fanIndex":true})", "fanIndex", wrongType},
+        {R"({"action":"ping","fanIndex":9223372036854775808})", "fanIndex", outOfRange},
+        {R"({"action":"ping","fanIndex":-99999999999999999999})", "fanIndex", outOfRange},
         {R"({"action":"ping","rpm":true})", "rpm", wrongType},
         {R"({"action":"ping","rpm":-1e400})", "rpm", outOfRange},
-        {R"({"action":"ping","action":"resetAllAuto"})", "action", repeated},
         {R"({"action":"ping"}{)", "", malformed}};
     for (const auto& [json, member, reason] : rows) {
         EXPECT_THAT([text = json] { decodeHelperRequest(text); },
                     Throws<DecodingError>(AllOf(Property(&DecodingError::member, member),
-                                                Property(&DecodingError::reason, reason))))
+                                                Property(&DecodingError::reason, reason),
+                                                Property(&DecodingError::what, HasSubstr(member)))))
             << json;
     }
+    EXPECT_EQ(decodeHelperRequest(R"({"action":"ping","fanIndex":9223372036854775807})").fanIndex,
+              std::numeric_limits<std::int64_t>::max());
 }
 
 TEST(HelperMessages, ResponsesNeedAllMembers) {

@@ -6,14 +6,10 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <limits>
-#include <map>
 
 namespace ventaro {
 namespace {
 
-using namespace std::string_literals;
-using enum DecodingError::Reason;
 using namespace testing;
 
 TEST(SMCErrors, DescribeThemselvesInGerman) {
@@ -60,72 +56,6 @@ TEST(RecordJson, HasTheAgreedForm) {
     const FanReading endless{0, "", 0, 0, NAN, 0, FanMode::automatic};
     EXPECT_THAT([&] { encodeJson(endless); },
                 Throws<EncodingError>(Property(&EncodingError::member, "minRPM")));
-}
-
-void readMember(const std::string& json, const std::string& member) {
-    const JsonObjectReader object(json);
-    if (member == "id") {
-        object.integer(member);
-    } else if (member == "name") {
-        object.string(member);
-    } else {
-        object.number(member);
-    }
-}
-
-TEST(JsonObjects, NameTheMemberAtFault) {
-    const std::map<DecodingError::Reason, std::vector<std::pair<std::string, std::string>>> faults{
-        {missing, {{"id", "{}"}, {"rpm", "{\"id\":1}"}}},
-        {wrongType,
-         {{"id", "{\"id\":null}"},
-          {"id", "{\"id\":1.0}"},
-          {"id", "{\"id\":true}"},
-          {"name", "{\"name\":7}"},
-          {"name", "{\"name\":{\"name\":\"n\"}}"},
-          {"rpm", "{\"rpm\":false}"}}},
-        {outOfRange,
-         {{"id", "{\"id\":9223372036854775808}"},
-          {"id", "{\"id\":-99999999999999999999}"},
-          {"rpm", "{\"rpm\":1e999}"}}},
-        {repeated, {{"id", "{\"id\":1,\"id\":0}"}}}};
-    for (const auto& [reason, rows] : faults) {
-        for (const auto& [member, json] : rows) {
-            EXPECT_THAT(
-                ([&, &member = member, &json = json] { readMember(json, member); }),
-                Throws<DecodingError>(AllOf(Property(&DecodingError::member, member),
-                                            Property(&DecodingError::reason, reason),
-                                            Property(&DecodingError::what, HasSubstr(member)))))
-                << json;
-        }
-    }
-    EXPECT_EQ(JsonObjectReader("{\"id\":9223372036854775807}").integer("id"),
-              std::numeric_limits<std::int64_t>::max());
-}
-
-TEST(JsonObjects, TextsThatAreNoObjectAreMalformed) {
-    const std::string deep(100000, '[');
-    for (const std::string& text : {""s, "[]"s, "7"s, "{\"id\":0"s, "{\"id\":0} x"s,
-                                    "{\"id\":\"\xff\"}"s, "{'id':0}"s, "{\"x\":" + deep, deep}) {
-        EXPECT_THAT([&] { JsonObjectReader{text}; },
-                    Throws<DecodingError>(Property(&DecodingError::reason, malformed)))
-            << text.substr(0, 30);
-    }
-}
-
-TEST(JsonObjects, ALongForeignMemberNameIsCutInTheSentence) {
-    std::string name;
-    for (int repeat = 0; repeat < 200; ++repeat) {
-        name += "ü";
-    }
-    // A cut inside a character would not survive a strict encoder.
-    const auto isShortAndWhole = [](const std::string& sentence) {
-        const std::string json = JsonObjectWriter().string("s", sentence).text();
-        return sentence.size() < 120 && json.find("\uFFFD") == std::string::npos;
-    };
-    EXPECT_THAT(
-        [&] { JsonObjectReader("{\"" + name + "\":1e999}"); },
-        Throws<DecodingError>(AllOf(Property(&DecodingError::member, name),
-                                    Property(&DecodingError::what, Truly(isShortAndWhole)))));
 }
 
 } // namespace

@@ -13,13 +13,6 @@
 
 namespace ventaro {
 
-inline bool processUntil(const std::function<bool()>& condition) {
-    return waitUntil([&] {
-        QCoreApplication::processEvents();
-        return condition();
-    });
-}
-
 /// The window on screen whose title begins with `title`; null if there is none.
 inline QWindow* windowTitled(const char* title) {
     for (QWindow* window : QGuiApplication::allWindows()) {

@@ -25,17 +25,13 @@ TEST(PropertyLists, AreReadAndChecked) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "job.plist";
     const std::string label = "<key>Label</key><string>a &amp; b</string>";
-    const std::string arguments =
-        "<key>ProgramArguments</key><array><string>/x</string><string>ü</string></array>";
-    writeList(file, label +
-                        "<!-- c --><key>Unknown</key><dict><key>Label</key><string>no</string>"
-                        "</dict>" +
-                        arguments + "<key>KeepAlive</key><true/>");
+    const std::string arguments = "<key>ProgramArguments</key><array><string>ü</string></array>";
+    writeList(file, label + "<key>Unknown</key><dict><key>Label</key></dict>" + arguments +
+                        "<key>KeepAlive</key><true/>");
     const LaunchdJobDescription job = readLaunchdPropertyList(file);
     EXPECT_EQ(job.label, "a & b");
-    EXPECT_EQ(job.programArguments, (std::vector<std::string>{"/x", "ü"}));
-    EXPECT_TRUE(job.keepAlive);
-    EXPECT_FALSE(job.runAtLoad);
+    EXPECT_EQ(job.programArguments, std::vector<std::string>{"ü"});
+    EXPECT_TRUE(job.keepAlive && !job.runAtLoad);
     for (const std::string& body :
          {label, arguments, label + arguments + "<key>KeepAlive</key><string>yes</string>",
           label + "<key>ProgramArguments</key><string>/x</string>", "<no xml" + label + arguments,
@@ -43,7 +39,6 @@ TEST(PropertyLists, AreReadAndChecked) {
         writeList(file, body);
         EXPECT_THROW(readLaunchdPropertyList(file), std::runtime_error) << body;
     }
-    EXPECT_THROW(readLaunchdPropertyList(folder.path() / "missing"), std::runtime_error);
 }
 
 /// launchd on a stepped clock, with one job that writes a line and then sleeps.
@@ -69,12 +64,9 @@ protected:
             EXPECT_TRUE(launchd_.childEnded(process, status));
         }
     }
-    bool hasStarted(int times) const {
-        std::string expected;
-        for (int time = 0; time < times; ++time) {
-            expected += "started hello\n";
-        }
-        return waitUntil([&] { return read("/var/log/job.log") == expected; });
+    bool hasStarted(std::size_t times) const {
+        constexpr std::size_t line = std::string_view("started hello\n").size();
+        return waitUntil([&] { return read("/var/log/job.log").size() == line * times; });
     }
     std::string read(const char* path) const { return readFile(root_.resolve(path)); }
 

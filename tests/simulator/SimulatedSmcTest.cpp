@@ -1,7 +1,7 @@
 #include "SimulatedSmc.h"
 
 #include "EmbeddedFiles.h"
-#include "SMCService.h"
+#include "InProcessMachine.h"
 
 #include <gtest/gtest.h>
 
@@ -12,38 +12,21 @@ namespace {
 
 using std::chrono::seconds;
 
-/// An SMC with somebody who asks it.
-struct AskedSmc : SimulatedSmc {
-    explicit AskedSmc(const SimulatedSmcOptions& options = {}) : SimulatedSmc(options) {}
+/// An SMC with somebody who asks it, by the service or byte by byte.
+struct AskedSmc : InProcessMachine {
+    using InProcessMachine::InProcessMachine;
 
-    Answer ask(std::uint8_t command, const std::string& key, bool privileged = false) {
+    SimulatedSmc::Answer ask(std::uint8_t command, const std::string& key, bool privileged = false,
+                             std::uint32_t size = 0) {
         SMCKeyData_t block{};
         block.key = SMCService::fourCharCode(key);
         block.data8 = command;
-        return answer(KERNEL_INDEX_SMC, block, privileged);
+        block.keyInfo.dataSize = size;
+        return smc.answer(KERNEL_INDEX_SMC, block, privileged);
     }
-    SMCKeyData_keyInfo_t info(const std::string& key) {
-        return ask(SMC_CMD_READ_KEYINFO, key).output.keyInfo;
-    }
-    std::string type(const std::string& key) {
-        return SMCService::fourCharString(info(key).dataType);
-    }
-    std::optional<double> valueOf(const std::string& key) {
-        const SMCKeyData_t output = ask(SMC_CMD_READ_BYTES, key).output;
-        return output.result != 0 ? std::nullopt : SMCService::decodeValue(type(key), output.bytes);
-    }
-    /// States the key's own size, or another one.
-    std::uint8_t write(const std::string& key, std::span<const std::uint8_t> bytes,
-                       std::optional<std::uint32_t> size = {}) {
-        SMCKeyData_t block{};
-        block.key = SMCService::fourCharCode(key);
-        block.data8 = SMC_CMD_WRITE_BYTES;
-        block.keyInfo.dataSize = size.value_or(info(key).dataSize);
-        std::copy(bytes.begin(), bytes.end(), block.bytes);
-        return answer(KERNEL_INDEX_SMC, block, true).output.result;
-    }
-    std::uint8_t write(const std::string& key, double value) {
-        return write(key, SMCService::encodeValue(type(key), value));
+    std::optional<double> valueOf(const std::string& key) { return service.readDouble(key); }
+    std::optional<SMCError> write(const std::string& key, double value) {
+        return errorOf([&] { service.writeValue(key, value); });
     }
 };
 
@@ -59,7 +42,7 @@ TEST(SimulatedKeys, EveryKeyOfTheRealMachineAnswersAsItDoes) {
         const std::string key = line.substr(0, 4);
         const auto info = smc.ask(SMC_CMD_READ_KEYINFO, key).output;
         EXPECT_EQ(info.result, 0) << key;
-        EXPECT_EQ(smc.type(key), line.substr(5, 4)) << key;
+        EXPECT_EQ(SMCService::fourCharString(info.keyInfo.dataType), line.substr(5, 4)) << key;
         EXPECT_EQ(info.keyInfo.dataAttributes, std::stoi(line.substr(10, 2), nullptr, 16)) << key;
         EXPECT_EQ(static_cast<int>(info.keyInfo.dataSize), std::stoi(line.substr(13, 3))) << key;
         const bool isRefused = line[17] == '!';
@@ -78,27 +61,29 @@ TEST(SimulatedKeys, TheIndexListsEveryKeyOnce) {
     SMCKeyData_t block{};
     block.data8 = SMC_CMD_READ_INDEX;
     block.data32 = count.bytes[2] * 256U + count.bytes[3];
-    EXPECT_EQ(smc.answer(KERNEL_INDEX_SMC, block, false).output.result, 0x84);
+    EXPECT_EQ(smc.smc.answer(KERNEL_INDEX_SMC, block, false).output.result, 0x84);
     --block.data32;
-    const std::uint32_t last = smc.answer(KERNEL_INDEX_SMC, block, false).output.key;
+    const std::uint32_t last = smc.smc.answer(KERNEL_INDEX_SMC, block, false).output.key;
     EXPECT_EQ(smc.ask(SMC_CMD_READ_KEYINFO, SMCService::fourCharString(last)).output.result, 0);
 }
 
 TEST(SimulatedKeys, WhoMayWriteWhat) {
     AskedSmc smc;
-    EXPECT_EQ(smc.write("F0Mn", 100), 0x86);
-    EXPECT_EQ(smc.write("F0Mx", 9000), 0x86);
-    EXPECT_EQ(smc.write("F0Md", 1), 0);
-    EXPECT_EQ(smc.write("F0Tg", 3000), 0);
-    EXPECT_EQ(smc.write("F0Tg", SMCBytes{1, 2, 3, 4}, 2), 0x87) << "the size must be the key's";
+    EXPECT_EQ(smc.write("F0Mn", 100), SMCError::writeFailed("F0Mn", 0, 0x86));
+    EXPECT_EQ(smc.write("F0Mx", 9000), SMCError::writeFailed("F0Mx", 0, 0x86));
+    EXPECT_FALSE(smc.write("F0Md", 1) || smc.write("F0Tg", 3000));
+    const auto result = [&](std::uint8_t command, const char* key, std::uint32_t size) {
+        return smc.ask(command, key, true, size).output.result;
+    };
+    EXPECT_EQ(result(SMC_CMD_WRITE_BYTES, "F0Tg", 2), 0x87) << "the size must be the key's";
+    EXPECT_EQ(result(SMC_CMD_WRITE_BYTES, "ZZZZ", 4), 0x84);
+    EXPECT_EQ(result(99, "F0Tg", 4), 0x82);
     EXPECT_EQ(smc.ask(SMC_CMD_WRITE_BYTES, "F0Tg").kernelReturn, KernelCode::notPrivileged);
+    EXPECT_EQ(smc.smc.answer(7, {}, true).kernelReturn, KernelCode::unsupported);
     EXPECT_EQ(smc.valueOf("F0Tg"), 3000);
-    EXPECT_EQ(smc.ask(SMC_CMD_WRITE_BYTES, "ZZZZ", true).output.result, 0x84);
-    EXPECT_EQ(smc.ask(99, "F0Tg", true).output.result, 0x82);
-    EXPECT_EQ(smc.answer(7, {}, true).kernelReturn, KernelCode::unsupported);
     // A target that is no number is taken, and harmless.
-    EXPECT_EQ(smc.write("F0Tg", SMCBytes{0x00, 0x00, 0xC0, 0x7F}), 0);
-    smc.advanceTo(seconds(10));
+    smc.service.writeKeyRaw("F0Tg", SMCBytes{0x00, 0x00, 0xC0, 0x7F});
+    smc.smc.advanceTo(seconds(10));
     EXPECT_NEAR(*smc.valueOf("F0Ac"), 1836, 10);
 }
 
@@ -118,7 +103,7 @@ TEST(SimulatedKeys, VariantsDifferInTheirFanKeys) {
         EXPECT_TRUE(legacy.valueOf("FS! "));
     }
     AskedSmc legacy({.variant = SmcVariant::legacy});
-    EXPECT_EQ(legacy.type("F1Mx"), "fpe2");
+    EXPECT_EQ(legacy.service.readKeyRaw("F1Mx").type, "fpe2");
     EXPECT_EQ(legacy.valueOf("F1Mx"), 5200);
 }
 
@@ -128,17 +113,17 @@ TEST(SimulatedFans, FollowTargetsOnlyWhenForced) {
         const bool isT2 = variant == SmcVariant::t2;
         const std::string mode = isT2 ? "F1Md" : "FS! ";
         smc.write("F1Tg", 4000);
-        smc.advanceTo(seconds(20));
+        smc.smc.advanceTo(seconds(20));
         EXPECT_NEAR(*smc.valueOf("F1Ac"), 1700, 10) << "the regulation takes a target back";
-        EXPECT_EQ(smc.write(mode, isT2 ? 1 : 2), 0);
+        smc.write(mode, isT2 ? 1 : 2);
         smc.write("F1Tg", 4000);
-        smc.advanceTo(seconds(22));
+        smc.smc.advanceTo(seconds(22));
         EXPECT_NEAR(*smc.valueOf("F1Ac"), 2500, 60) << "400 RPM a second, never a jump";
-        smc.advanceTo(seconds(40));
+        smc.smc.advanceTo(seconds(40));
         EXPECT_NEAR(*smc.valueOf("F1Ac"), 4000, 10);
         EXPECT_NEAR(*smc.valueOf("F0Ac"), 1836, 10);
         smc.write(mode, 0);
-        smc.advanceTo(seconds(60));
+        smc.smc.advanceTo(seconds(60));
         EXPECT_NEAR(*smc.valueOf("F1Ac"), 1700, 10);
     }
 }
@@ -148,7 +133,7 @@ TEST(SimulatedTime, TheSameSeedGivesTheSameCourse) {
         AskedSmc smc({.workload = Workload::office, .seed = seed});
         std::vector<double> values;
         for (auto time = std::chrono::milliseconds(0); time <= seconds(60); time += stride) {
-            smc.advanceTo(time);
+            smc.smc.advanceTo(time);
             if (time % seconds(10) == seconds(0)) {
                 values.insert(values.end(), {*smc.valueOf("TCXC"), *smc.valueOf("F0Ac")});
             }

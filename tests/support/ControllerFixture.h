@@ -23,6 +23,14 @@
 
 namespace ventaro {
 
+/// Handles events until the condition holds; false after a minute.
+inline bool processUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+        QCoreApplication::processEvents();
+        return condition();
+    });
+}
+
 /// A controller on a simulated machine in this process, with a helper that only keeps a record.
 class ControllerFixture : public testing::Test {
 protected:

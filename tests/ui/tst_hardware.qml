@@ -1,22 +1,9 @@
 import QtQuick
-import Ventaro.Style
 import Ventaro.Views
 
 TabTest {
     readonly property string loading: "Hardware-Informationen werden aus IOKit & System Profiler geladen..."
     readonly property string serial: "Seriennummer: C02SIMULATED"
-
-    Component {
-        id: sections
-
-        HardwareSectionCard {
-            title: ""
-            subtitle: ""
-            symbol: ""
-            specs: []
-            subCards: []
-        }
-    }
 
     name: "Hardware"
     tab: DashboardTab.Hardware
@@ -45,14 +32,6 @@ TabTest {
         }
         click("Aktualisieren");
         verify(!named("Aktualisieren").enabled && shows("BANK 0/ChannelA-DIMM0"));
-    }
-    function test_accent() {
-        const colors = { orange: Theme.orangeText, green: Theme.greenText, purple: Theme.purpleText, cyan: Theme.cyanText, mint: Theme.mintText, blue: Theme.accentText, Orange: Theme.accentText, toString: Theme.accentText };
-        for (const name of Object.keys(colors)) {
-            const card = sections.createObject(view, { accentName: name });
-            compare(card.accent[1], colors[name], name);
-            card.destroy();
-        }
     }
     function test_refreshChangesWhatIsNew() {
         bench.runTasks();
