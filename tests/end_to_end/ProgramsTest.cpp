@@ -183,7 +183,7 @@ TEST(HelperProgram, LogsALinePerChangeAndErrorAndGoesOnAfterItsDeath) {
                 MatchesRegex("[^ ]+ setFanRPM refused: [^\n]*\n"));
 }
 
-TEST(HelperProgram, OtherUsersAreTurnedAway) {
+TEST(HelperProgram, OtherUsersAreTurnedAwayAndTheirFoldersNotFollowed) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can become another user";
     }
@@ -199,6 +199,10 @@ TEST(HelperProgram, OtherUsersAreTurnedAway) {
     EXPECT_EQ(stranger.output, "");
     EXPECT_THAT(machine.log("com.ventaro.helper.err"),
                 HasSubstr("connection refused for user 65534\n"));
+    // Nor does root follow anybody's folder.
+    ASSERT_EQ(::chown(machine.root().c_str(), 65534, 65534), 0);
+    EXPECT_THAT(machine.run({bin + "VentaroHelper", "--reset-all"}, "root"),
+                ends(1, "machine root ignored"));
 }
 
 } // namespace
