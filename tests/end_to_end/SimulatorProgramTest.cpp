@@ -100,9 +100,10 @@ TEST(SimulatorProgram, WrongUsageIsExplained) {
         {"--root " + (folder.path() / "file" / "x").string(), 1, "file"},
         {"control status", 1, "no simulated machine"}};
     for (const auto& [words, exitCode, errors] : rows) {
-        EXPECT_THAT(
-            runProgram(folder.path(), split(simulator + " " + words), {"VENTARO_MACHINE_ROOT="}),
-            ends(exitCode, errors));
+        std::vector<std::string> command = split(words);
+        command.insert(command.begin(), simulator);
+        EXPECT_THAT(runProgram(folder.path(), command, {"VENTARO_MACHINE_ROOT="}),
+                    ends(exitCode, errors));
     }
     EXPECT_TRUE(!fs::exists(tooLong) || fs::is_empty(tooLong));
 }

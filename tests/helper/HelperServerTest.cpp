@@ -22,7 +22,7 @@ using std::chrono::minutes;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
-constexpr const char* ping = R"({"action":"ping"})";
+constexpr const char* pingRequest = R"({"action":"ping"})";
 constexpr const char* pingAnswer = R"({"success":true,"message":"ping","version":1})";
 
 void send(const FileDescriptor& client, std::string_view text) { sendText(client.get(), text); }
@@ -73,7 +73,7 @@ struct RunningServer {
         send(client, text);
         return client;
     }
-    bool answersPing() const { return answerOf(connect(ping)) == pingAnswer; }
+    bool answersPing() const { return answerOf(connect(pingRequest)) == pingAnswer; }
     std::string log() const { return readFile(logPath); }
 
     const TemporaryFolder folder;
@@ -90,7 +90,7 @@ struct RunningServer {
 
 TEST(Serving, AnswersARequestHoweverItArrives) {
     const RunningServer server;
-    const std::string_view request = ping;
+    const std::string_view request = pingRequest;
     for (std::size_t cut = 0; cut <= request.size(); ++cut) {
         const FileDescriptor client = server.connect(request.substr(0, cut));
         send(client, request.substr(cut));
@@ -98,7 +98,7 @@ TEST(Serving, AnswersARequestHoweverItArrives) {
     }
     std::vector<FileDescriptor> clients;
     for (int client = 0; client < 100; ++client) { // more than there are places
-        clients.push_back(server.connect(ping));
+        clients.push_back(server.connect(pingRequest));
     }
     for (const FileDescriptor& client : clients) {
         EXPECT_EQ(answerOf(client), pingAnswer) << "served before room was made";
@@ -141,7 +141,7 @@ TEST(Serving, WhoIsSilentSlowOrGoneHoldsNobodyUpAndTheOldestMakeRoom) {
     idle.push_back(server.connect());
     idle.push_back(server.connect("{"));
     for (int round = 0; round < 200; ++round) {
-        server.connect(round % 2 == 0 ? ping : "{"); // closed without reading: no SIGPIPE
+        server.connect(round % 2 == 0 ? pingRequest : "{"); // closed without reading: no SIGPIPE
     }
     EXPECT_TRUE(server.answersPing());
     while (idle.size() < 34) { // two more than there is room for
@@ -149,7 +149,7 @@ TEST(Serving, WhoIsSilentSlowOrGoneHoldsNobodyUpAndTheOldestMakeRoom) {
     }
     EXPECT_EQ(messageOf(idle[0]), "Der Helper hat zu viele Verbindungen.");
     EXPECT_EQ(messageOf(idle[1]), "Der Helper hat zu viele Verbindungen.");
-    send(idle[2], ping);
+    send(idle[2], pingRequest);
     EXPECT_EQ(answerOf(idle[2]), pingAnswer) << "the others are still served";
 }
 
@@ -173,7 +173,8 @@ TEST(Serving, RequestsBehindSlowOnesCountTheirWaiting) {
     std::vector<FileDescriptor> clients;
     for (int client = 0; client < 5; ++client) {
         // A quick request in between does not wipe out how long the others have waited.
-        clients.push_back(server.connect(client % 2 == 0 ? R"({"action":"resetAllAuto"})" : ping));
+        clients.push_back(
+            server.connect(client % 2 == 0 ? R"({"action":"resetAllAuto"})" : pingRequest));
     }
     int longest = 0;
     for (std::size_t slow = 0; slow < clients.size(); slow += 2) {
@@ -196,7 +197,7 @@ TEST(Serving, OthersAreTurnedAwayWithoutAnAnswer) {
         EXPECT_EQ(isPeerAllowed(peer, FixedConsoleUser(console)), isAllowed);
     }
     const RunningServer server(minutes(1), false);
-    EXPECT_EQ(answerOf(server.connect(ping)), "");
+    EXPECT_EQ(answerOf(server.connect(pingRequest)), "");
     EXPECT_EQ(server.handled, 0);
     EXPECT_THAT(server.log(),
                 HasSubstr("connection refused for user " + std::to_string(::getuid()) + "\n"));
@@ -268,8 +269,9 @@ TEST(Serving, SurvivesWithoutDescriptors) {
         const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
         const sockaddr_un address = unixSocketAddress(server.path.string());
         DescriptorFamine famine;
-        ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
-        send(client, ping);
+        const auto* end = reinterpret_cast<const sockaddr*>(&address);
+        ASSERT_EQ(::connect(client.get(), end, sizeof address), 0);
+        send(client, pingRequest);
         if (connections == 0) { // to give up for the new one
             char line[200];
             EXPECT_TRUE(

@@ -32,10 +32,13 @@ TEST(PropertyLists, AreReadAndChecked) {
     EXPECT_EQ(job.label, "a & b");
     EXPECT_EQ(job.programArguments, std::vector<std::string>{"ü"});
     EXPECT_TRUE(job.keepAlive && !job.runAtLoad);
-    for (const std::string& body :
-         {label, arguments, label + arguments + "<key>KeepAlive</key><string>yes</string>",
-          label + "<key>ProgramArguments</key><string>/x</string>", "<no xml" + label + arguments,
-          "<key>Label</key><true/>" + arguments}) {
+    const std::string bodies[] = {label,
+                                  arguments,
+                                  label + arguments + "<key>KeepAlive</key><string>yes</string>",
+                                  label + "<key>ProgramArguments</key><string>/x</string>",
+                                  "<no xml" + label + arguments,
+                                  "<key>Label</key><true/>" + arguments};
+    for (const std::string& body : bodies) {
         writeList(file, body);
         EXPECT_THROW(readLaunchdPropertyList(file), std::runtime_error) << body;
     }

@@ -22,8 +22,8 @@ void chooseRenderer() {
 }
 
 std::shared_ptr<QQmlEngine> sharedEngine() {
-    static std::weak_ptr<QQmlEngine> present;
-    auto engine = present.lock();
+    static std::weak_ptr<QQmlEngine> living;
+    auto engine = living.lock();
     if (!engine) {
         [[maybe_unused]] static const bool rendererIsChosen = [] {
             chooseRenderer();
@@ -31,7 +31,7 @@ std::shared_ptr<QQmlEngine> sharedEngine() {
         }();
         engine = std::make_shared<QQmlEngine>();
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        present = engine;
+        living = engine;
     }
     return engine;
 }

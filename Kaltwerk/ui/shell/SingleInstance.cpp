@@ -110,7 +110,7 @@ void SingleInstance::acceptStarts() {
     while (QLocalSocket* start = server_.nextPendingConnection()) {
         connect(start, &QLocalSocket::disconnected, start, &QObject::deleteLater);
         connect(start, &QLocalSocket::readyRead, this, [this, start] { answerStart(*start); });
-        QTimer::singleShot(longestLine, start, &QLocalSocket::abort);
+        QTimer::singleShot(longestLine, start, [start] { start->abort(); });
     }
 }
 
