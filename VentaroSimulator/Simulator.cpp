@@ -211,14 +211,14 @@ void RunningMachine::endAllProcesses() {
     constexpr int rounds = 200;
     constexpr useconds_t pause = 10000; // µs
     for (int round = 0; round < rounds; ++round) {
-        while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+        pid_t reaped = 0;
+        while ((reaped = ::waitpid(-1, nullptr, WNOHANG)) > 0) {
         }
-        const std::vector<pid_t> children = livingChildren();
-        if (children.empty()) {
-            return;
+        if (reaped < 0) {
+            return; // there are none, neither living nor to be reaped
         }
         const bool isLate = round > rounds / 2;
-        for (const pid_t child : children) {
+        for (const pid_t child : livingChildren()) {
             if (round == 0 || isLate) {
                 ::kill(child, isLate ? SIGKILL : SIGTERM);
             }
