@@ -19,4 +19,11 @@ constexpr FanRange builtInRange(int fanIndex) {
     return fanIndex == 0 ? FanRange{1836, 5616} : FanRange{1700, 5200};
 }
 
+/// Whether a fan's range can be one: a maximum of nothing, or beyond any fan of a notebook, is
+/// none.
+constexpr bool isTrustworthy(const FanRange& range) {
+    constexpr double mostRPM = 10'000;
+    return range.maximum > 0 && range.maximum <= mostRPM;
+}
+
 } // namespace ventaro

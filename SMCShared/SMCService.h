@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FanLimits.h"
 #include "IOKit.h"
 #include "SMCError.h"
 #include "SMCKeyData.h"
@@ -84,18 +85,28 @@ public:
 
     /// The number of fans as the SMC reports it; 2 if it does not say.
     int fanCount();
+    /// The number of fans that can be steered: that of `fanCount`, but 2 also where the SMC counts
+    /// none and yet has a first fan.
+    int steerableFanCount();
     /// Every fan, in index order; values that do not read are replaced by the machine's defaults.
     /// Never throws.
     std::vector<FanReading> readFans();
     /// The speed that the SMC steers the fan to, in RPM; no value if it does not say.
     std::optional<double> readFanTargetRPM(int fanIndex);
-    /// Whether the fan is forced, by its mode key or by the force mask; no value if neither
-    /// answers.
+    /// Whether the fan is forced, by its mode key or by the force mask. A machine that is known to
+    /// have neither forces nothing; no value if the one that it has, or may have, does not read.
     std::optional<bool> readFanForced(int fanIndex);
+    /// The speeds that the fan can be set to; the machine's defaults in place of limits that do not
+    /// read or are no numbers.
+    FanRange readFanRange(int fanIndex);
     /// Takes the fan out of the automatic regulation and steers it to `rpm`, raised to its minimum
     /// and lowered to its maximum. Throws SMCError; what was written before the failure stays.
-    void setFanTargetRPM(int fanIndex, double rpm);
-    /// Gives one fan back to the automatic regulation. Throws SMCError.
+    void setFanTargetRPM(int fanIndex, double rpm) {
+        setFanTargetRPM(fanIndex, rpm, readFanRange(fanIndex));
+    }
+    void setFanTargetRPM(int fanIndex, double rpm, const FanRange& range);
+    /// Gives one fan back to the automatic regulation, also one whose mode does not read. Throws
+    /// SMCError.
     void resetFanToAutomatic(int fanIndex);
     /// Gives every fan back, also when some fail. Throws the last failing fan's SMCError.
     void resetAllFansToAutomatic();
@@ -121,10 +132,19 @@ private:
         bool succeeded() const { return kernelReturn == KernelCode::success && output.result == 0; }
     };
 
+    enum class KeyPresence { present, absent, unknown };
+    struct KeyLookUp {
+        KeyPresence presence;
+        SMCKeyData_keyInfo_t info;
+    };
+
     CallResult callLocked(const SMCKeyData_t& input);
+    KeyLookUp lookUpLocked(std::uint32_t code);
     SMCKeyData_keyInfo_t getKeyInfoLocked(std::uint32_t code, std::string_view keyName);
     SMCKeyData_t valueRequestLocked(std::string_view key, std::uint8_t command);
-    bool answers(std::string_view key);
+    /// Whether the machine has the key. Throws SMCError if that cannot be found out.
+    bool has(std::string_view key);
+    /// No value on a machine without the mask. Throws SMCError if it does not read.
     std::optional<std::uint16_t> readForceMask();
 
     IOKit& ioKit_;

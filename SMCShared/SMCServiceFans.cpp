@@ -1,4 +1,3 @@
-#include "FanLimits.h"
 #include "SMCService.h"
 
 #include <cmath>
@@ -50,6 +49,11 @@ int SMCService::fanCount() {
     return static_cast<int>(count);
 }
 
+int SMCService::steerableFanCount() {
+    const int count = fanCount();
+    return count == 0 && readDouble(fanKey(0, "Ac")) ? defaultFanCount : count;
+}
+
 std::vector<FanReading> SMCService::readFans() {
     const int count = fanCount();
     std::vector<FanReading> fans;
@@ -73,41 +77,38 @@ std::optional<double> SMCService::readFanTargetRPM(int fanIndex) {
     return readDouble(fanKey(fanIndex, "Tg"));
 }
 
-std::optional<bool> SMCService::readFanForced(int fanIndex) {
-    if (const auto mode = readDouble(fanKey(fanIndex, "Md"))) {
-        return isForcedMode(*mode);
-    }
-    const auto mask = readForceMask();
-    return mask ? std::optional((*mask & forceBit(fanIndex)) != 0) : std::nullopt;
-}
-
-bool SMCService::answers(std::string_view key) {
-    try {
-        readKeyRaw(key);
-        return true;
-    } catch (const SMCError&) {
-        return false;
-    }
-}
-
 std::optional<std::uint16_t> SMCService::readForceMask() {
-    try {
-        const SMCRawValue raw = readKeyRaw(forceMaskKey);
-        if (raw.bytes.size() >= 2) {
-            return static_cast<std::uint16_t>(raw.bytes[0] << 8U | raw.bytes[1]);
-        }
-    } catch (const SMCError&) {
-        // A machine without the key has no mode to write.
+    if (!has(forceMaskKey)) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const SMCRawValue raw = readKeyRaw(forceMaskKey);
+    return raw.bytes.size() < 2
+               ? std::nullopt
+               : std::optional(static_cast<std::uint16_t>(raw.bytes[0] << 8U | raw.bytes[1]));
 }
 
-void SMCService::setFanTargetRPM(int fanIndex, double rpm) {
-    const FanRange builtIn = builtInRange(fanIndex);
-    const FanRange range{limitOr(readDouble(fanKey(fanIndex, "Mn")), builtIn.minimum),
-                         limitOr(readDouble(fanKey(fanIndex, "Mx")), builtIn.maximum)};
+std::optional<bool> SMCService::readFanForced(int fanIndex) {
     const std::string modeKey = fanKey(fanIndex, "Md");
-    if (answers(modeKey)) {
+    try {
+        if (has(modeKey)) {
+            const auto mode = readDouble(modeKey);
+            return mode ? std::optional(isForcedMode(*mode)) : std::nullopt;
+        }
+        return (readForceMask().value_or(0) & forceBit(fanIndex)) != 0;
+    } catch (const SMCError&) {
+        return std::nullopt;
+    }
+}
+
+FanRange SMCService::readFanRange(int fanIndex) {
+    const FanRange builtIn = builtInRange(fanIndex);
+    return {limitOr(readDouble(fanKey(fanIndex, "Mn")), builtIn.minimum),
+            limitOr(readDouble(fanKey(fanIndex, "Mx")), builtIn.maximum)};
+}
+
+void SMCService::setFanTargetRPM(int fanIndex, double rpm, const FanRange& range) {
+    const std::string modeKey = fanKey(fanIndex, "Md");
+    if (has(modeKey)) {
         writeValue(modeKey, static_cast<double>(rawValue(FanMode::forced)));
     } else if (const auto mask = readForceMask()) {
         writeValue(forceMaskKey, *mask | forceBit(fanIndex));
@@ -117,7 +118,7 @@ void SMCService::setFanTargetRPM(int fanIndex, double rpm) {
 
 void SMCService::resetFanToAutomatic(int fanIndex) {
     const std::string modeKey = fanKey(fanIndex, "Md");
-    if (answers(modeKey)) {
+    if (has(modeKey)) {
         writeValue(modeKey, static_cast<double>(rawValue(FanMode::automatic)));
     } else if (const auto mask = readForceMask()) {
         writeValue(forceMaskKey, *mask & ~forceBit(fanIndex));
@@ -125,7 +126,7 @@ void SMCService::resetFanToAutomatic(int fanIndex) {
 }
 
 void SMCService::resetAllFansToAutomatic() {
-    const int count = fanCount();
+    const int count = steerableFanCount();
     std::optional<SMCError> last;
     for (int index = 0; index < count; ++index) {
         try {

@@ -54,20 +54,41 @@ SMCService::CallResult SMCService::callLocked(const SMCKeyData_t& input) {
     return call;
 }
 
-SMCKeyData_keyInfo_t SMCService::getKeyInfoLocked(std::uint32_t code, std::string_view keyName) {
+SMCService::KeyLookUp SMCService::lookUpLocked(std::uint32_t code) {
+    constexpr std::uint8_t noSuchKey = 0x84; // the SMC's own word; any other failure says nothing
     const auto cached = keyInfoCache_.find(code);
     if (cached != keyInfoCache_.end()) {
-        return cached->second;
+        return {KeyPresence::present, cached->second};
     }
     SMCKeyData_t input{};
     input.key = code;
     input.data8 = SMC_CMD_READ_KEYINFO;
     const CallResult call = callLocked(input);
-    if (!call.succeeded()) {
+    if (call.succeeded()) {
+        keyInfoCache_.emplace(code, call.output.keyInfo);
+        return {KeyPresence::present, call.output.keyInfo};
+    }
+    const bool isAbsent =
+        call.kernelReturn == KernelCode::success && call.output.result == noSuchKey;
+    return {isAbsent ? KeyPresence::absent : KeyPresence::unknown, {}};
+}
+
+SMCKeyData_keyInfo_t SMCService::getKeyInfoLocked(std::uint32_t code, std::string_view keyName) {
+    const KeyLookUp found = lookUpLocked(code);
+    if (found.presence != KeyPresence::present) {
         throw SMCError::keyNotFound(std::string(keyName));
     }
-    keyInfoCache_.emplace(code, call.output.keyInfo);
-    return call.output.keyInfo;
+    return found.info;
+}
+
+bool SMCService::has(std::string_view key) {
+    open();
+    const std::lock_guard guard(lock_);
+    const KeyPresence presence = lookUpLocked(fourCharCode(key)).presence;
+    if (presence == KeyPresence::unknown) {
+        throw SMCError::keyNotFound(std::string(key));
+    }
+    return presence == KeyPresence::present;
 }
 
 SMCKeyData_t SMCService::valueRequestLocked(std::string_view key, std::uint8_t command) {

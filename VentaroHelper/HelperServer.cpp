@@ -61,11 +61,12 @@ bool isOutOfResources(int error) {
 } // namespace
 
 HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
-                           const HelperLog& log)
+                           const HelperLog& log, HelperServerWork work)
     : options_(std::move(options)),
       handler_(std::move(handler)),
       mayConnect_(std::move(mayConnect)),
       log_(log),
+      work_(std::move(work)),
       instanceLock_(lockInstance(options_)),
       listener_(replaceStaleSocket(options_.socketPath)) {}
 
@@ -90,8 +91,18 @@ void HelperServer::run(int stopDescriptor) {
         if (!isTurnLong() && (isSomebodyWaiting_ || acceptAgainAt_)) {
             acceptConnection();
         }
+        workIfDue(!hasCome);
     }
     connections_.clear();
+}
+
+void HelperServer::workIfDue(bool isQuiet) {
+    // Requests come first, but nobody who keeps asking may hold the work up.
+    constexpr auto longestDelay = std::chrono::milliseconds(500);
+    const auto due = work_.due();
+    if (due && Clock::now() >= *due + (isQuiet ? std::chrono::milliseconds(0) : longestDelay)) {
+        work_.step();
+    }
 }
 
 void HelperServer::listen() {
@@ -114,8 +125,14 @@ std::optional<std::chrono::milliseconds> HelperServer::patience() const {
     }
     // Every connection has the same time, so the oldest is due first.
     std::optional<Clock::time_point> next = acceptAgainAt_;
+    const auto orAt = [&](Clock::time_point time) {
+        next = std::min(next.value_or(Clock::time_point::max()), time);
+    };
     if (!connections_.empty()) {
-        next = std::min(next.value_or(Clock::time_point::max()), connections_.front().deadline);
+        orAt(connections_.front().deadline);
+    }
+    if (const auto due = work_.due()) {
+        orAt(*due);
     }
     return next ? std::optional(std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now()))
                 : std::nullopt;

@@ -35,6 +35,16 @@ struct HelperServerOptions {
     std::function<bool()> isStopRequested = [] { return false; };
 };
 
+/// What there is to do beside the requests, in pieces of one exchange with the SMC at most.
+struct HelperServerWork {
+    using Clock = EventLoop::Clock;
+    /// When there is something to be done; no value as long as there is not.
+    std::function<std::optional<Clock::time_point>()> due = [] {
+        return std::optional<Clock::time_point>();
+    };
+    std::function<void()> step = [] {};
+};
+
 /// Serves the helper's socket: one request and one response per connection. One thread in an event
 /// loop: a client that is slow or silent delays nobody, and without clients nothing wakes up.
 class HelperServer {
@@ -49,7 +59,7 @@ public:
     /// Replaces a stale socket file and listens. Throws std::runtime_error, with an English
     /// sentence, if another instance serves the path or the socket cannot be made.
     HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
-                 const HelperLog& log);
+                 const HelperLog& log, HelperServerWork work = {});
     /// Removes the socket file.
     ~HelperServer();
     HelperServer(const HelperServer&) = delete;
@@ -73,6 +83,8 @@ private:
     /// No value: for as long as nothing comes.
     std::optional<std::chrono::milliseconds> patience() const;
     void listen();
+    /// `isQuiet`: no client has come in this turn.
+    void workIfDue(bool isQuiet);
     void acceptConnection();
     void serveReady(int descriptor);
     void waitForResources(int error);
@@ -90,6 +102,7 @@ private:
     const Handler handler_;
     const PeerCheck mayConnect_;
     const HelperLog& log_;
+    const HelperServerWork work_;
     FileDescriptor instanceLock_;
     FileDescriptor listener_;
     std::vector<Connection> connections_;            ///< in order of acceptance

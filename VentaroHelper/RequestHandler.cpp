@@ -49,12 +49,19 @@ HelperResponse RequestHandler::carryOut(const HelperRequest& request) {
     return refusal("Unbekannte Aktion.");
 }
 
+int RequestHandler::fanCount() {
+    if (!knownFanCount_ && smc_.readDouble("FNum").value_or(0) > 0) {
+        knownFanCount_ = smc_.fanCount();
+    }
+    return knownFanCount_ ? *knownFanCount_ : smc_.steerableFanCount();
+}
+
 std::variant<RequestHandler::Fan, HelperResponse>
 RequestHandler::checkedFan(const HelperRequest& request) {
     if (!request.fanIndex) {
         return refusal("Für " + quotedAction(request) + " fehlt die Lüfternummer.");
     }
-    const int count = smc_.fanCount();
+    const int count = fanCount();
     if (*request.fanIndex < 0 || *request.fanIndex >= count) {
         return refusal("Einen Lüfter mit der Nummer " + std::to_string(*request.fanIndex) +
                        " gibt es nicht. Gemeldete Lüfter: " + std::to_string(count) +
@@ -76,7 +83,25 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
         return refusal("Die Drehzahl ist keine endliche Zahl.");
     }
     const auto& [index, name] = std::get<Fan>(checked);
-    smc_.setFanTargetRPM(index, *request.rpm);
+    const FanRange range = smc_.readFanRange(index);
+    if (!isTrustworthy(range)) {
+        return refusal("Das SMC nennt für " + name + " eine Höchstdrehzahl von " +
+                       formatRounded(range.maximum) + " RPM. Darauf ist kein Verlass.");
+    }
+    const auto wasForced = smc_.readFanForced(index);
+    if (!wasForced) {
+        return refusal("Ob " + name +
+                       " auf macOS-Automatik ist, kann nicht gelesen werden. Nichts geändert.");
+    }
+    try {
+        smc_.setFanTargetRPM(index, *request.rpm, range);
+    } catch (const SMCError&) {
+        if (!*wasForced) {
+            release_.release(std::span(&std::get<Fan>(checked), 1)); // at no speed of long ago
+        }
+        throw;
+    }
+    release_.forget(index);
     const auto target = smc_.readFanTargetRPM(index);
     // The SMC has the last word on the speed; one that does not say it has still been set.
     const std::string speed =
@@ -91,37 +116,24 @@ HelperResponse RequestHandler::resetFanAuto(const HelperRequest& request) {
     if (const auto* refused = std::get_if<HelperResponse>(&checked)) {
         return *refused;
     }
-    const auto& [index, name] = std::get<Fan>(checked);
-    smc_.resetFanToAutomatic(index);
-    if (const auto stillForced = refusalIfStillForced(index, name)) {
-        return *stillForced;
+    const Fan& fan = std::get<Fan>(checked);
+    if (const auto failure = release_.release(std::span(&fan, 1))) {
+        return notReleased(*failure);
     }
-    log_.change("fan " + std::to_string(index) + " back to automatic");
-    return done(name + " auf macOS-Automatik.");
+    log_.change("fan " + std::to_string(fan.index) + " back to automatic");
+    return done(fan.name + " auf macOS-Automatik.");
+}
+
+HelperResponse RequestHandler::notReleased(const std::string& failure) const {
+    return refusal(release_.due() ? failure + " Der Helper versucht es weiter." : failure);
 }
 
 HelperResponse RequestHandler::resetAllAuto() {
-    smc_.resetAllFansToAutomatic();
-    const int count = smc_.fanCount();
-    for (int index = 0; index < count; ++index) {
-        const std::string name = SMCService::fanName(index, count);
-        if (const auto stillForced = refusalIfStillForced(index, name)) {
-            return *stillForced;
-        }
+    if (const auto failure = release_.release(FanRelease::fans(fanCount()))) {
+        return notReleased(*failure);
     }
     log_.change("all fans back to automatic");
     return done("Alle Lüfter auf macOS-Automatik.");
-}
-
-std::optional<HelperResponse> RequestHandler::refusalIfStillForced(int fanIndex,
-                                                                   const std::string& name) {
-    const auto forced = smc_.readFanForced(fanIndex);
-    if (!forced) {
-        smc_.readKeyRaw("FNum");
-    }
-    return forced.value_or(false)
-               ? std::optional(refusal(name + " ist weiterhin auf eine feste Drehzahl gestellt."))
-               : std::nullopt;
 }
 
 } // namespace ventaro

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "FanRelease.h"
 #include "HelperIPC.h"
 #include "HelperLog.h"
 #include "SMCService.h"
 
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -13,30 +15,30 @@ namespace ventaro {
 /// thread.
 class RequestHandler {
 public:
-    /// Both must outlive the handler.
-    RequestHandler(SMCService& smc, const HelperLog& log) : smc_(smc), log_(log) {}
+    /// All must outlive the handler.
+    RequestHandler(SMCService& smc, FanRelease& release, const HelperLog& log)
+        : smc_(smc), release_(release), log_(log) {}
 
     /// Never throws: whatever fails is a response with `success` false and a German sentence.
     HelperResponse handle(const HelperRequest& request);
 
 private:
-    struct Fan {
-        int index;
-        std::string name;
-    };
+    using Fan = FanRelease::Fan;
 
     HelperResponse carryOut(const HelperRequest& request);
     HelperResponse setFanRPM(const HelperRequest& request);
     HelperResponse resetFanAuto(const HelperRequest& request);
     HelperResponse resetAllAuto();
+    HelperResponse notReleased(const std::string& failure) const;
     /// The fan as the SMC counts, or the refusal of one that it does not report.
     std::variant<Fan, HelperResponse> checkedFan(const HelperRequest& request);
-    /// A reset that finds no mode to write succeeds, also when the SMC just did not answer. Throws
-    /// SMCError if it still does not; a refusal if the fan is still forced.
-    std::optional<HelperResponse> refusalIfStillForced(int fanIndex, const std::string& name);
+    /// What the SMC has once said holds: an exchange less in front of those that matter.
+    int fanCount();
 
     SMCService& smc_;
+    FanRelease& release_;
     const HelperLog& log_;
+    std::optional<int> knownFanCount_;
 };
 
 } // namespace ventaro

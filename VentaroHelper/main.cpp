@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+#include <thread>
 
 namespace {
 
@@ -37,15 +38,26 @@ Platform hostPlatform(const HelperLog& log) {
 }
 
 int resetAll(const HelperLog& log) {
+    constexpr auto patience = std::chrono::seconds(5);
+    const auto end = FanRelease::Clock::now() + patience;
     const Platform platform = hostPlatform(log);
     SMCService smc(*platform.ioKit);
-    const HelperLog errorsOnly(-1, STDERR_FILENO);
-    const HelperResponse response =
-        RequestHandler(smc, errorsOnly).handle({HelperAction::resetAllAuto, {}, {}});
-    if (response.success) {
-        std::puts(response.message.c_str());
+    const HelperLog silent(-1, -1);
+    FanRelease release(smc, silent);
+    auto failure = release.release(FanRelease::fans(smc.steerableFanCount()));
+    for (auto due = release.due(); due && *due < end; due = release.due()) {
+        std::this_thread::sleep_until(*due);
+        release.step();
+        if (!release.due()) {
+            failure.reset();
+        }
     }
-    return response.success ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (failure) {
+        log.error("resetAllAuto refused: " + *failure);
+        return EXIT_FAILURE;
+    }
+    std::puts("Alle Lüfter auf macOS-Automatik.");
+    return EXIT_SUCCESS;
 }
 
 int serve(const HelperLog& log) {
@@ -54,7 +66,8 @@ int serve(const HelperLog& log) {
     const Platform platform = hostPlatform(log);
     BudgetedIOKit ioKit(*platform.ioKit, SignalWatch::hasArrival);
     SMCService smc(ioKit);
-    RequestHandler handler(smc, log);
+    FanRelease release(smc, log);
+    RequestHandler handler(smc, release, log);
     HelperServer server(
         {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath),
          .isStopRequested = SignalWatch::hasArrival},
@@ -62,7 +75,13 @@ int serve(const HelperLog& log) {
             ioKit.restart(waitingSince + requestBudget);
             return handler.handle(request);
         },
-        [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log);
+        [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log,
+        {.due = [&] { return release.due(); },
+         .step =
+             [&] {
+                 ioKit.restart(HelperServer::Clock::now() + requestBudget);
+                 release.step();
+             }});
     log.change("serving, version " VENTARO_VERSION);
     try {
         smc.open();

@@ -21,7 +21,7 @@ namespace {
 
 /// Whether every fan is known to be automatic.
 bool areFansAutomatic(SMCService& smc) {
-    const int count = smc.fanCount();
+    const int count = smc.steerableFanCount();
     for (int fan = 0; fan < count; ++fan) {
         if (smc.readFanForced(fan).value_or(true)) {
             return false;

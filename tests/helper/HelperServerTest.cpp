@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <future>
 #include <random>
 #include <thread>
 #include <vector>
@@ -55,7 +56,15 @@ struct RunningServer {
                 const auto waited = HelperServer::Clock::now() - waitingSince;
                 return HelperResponse{true, std::to_string(waited / milliseconds(1)), 1};
             },
-            [letsIn](int) { return letsIn; }, helperLog);
+            [letsIn](int) { return letsIn; }, helperLog,
+            HelperServerWork{.due = [this]() -> std::optional<HelperServer::Clock::time_point> {
+                                 return hasWork ? std::optional(began) : std::nullopt;
+                             },
+                             .step =
+                                 [this] {
+                                     std::this_thread::sleep_for(milliseconds(60));
+                                     ++steps;
+                                 }});
         thread = std::thread([this] { server->run(stopEvent.get()); });
     }
     ~RunningServer() { stop(); }
@@ -84,6 +93,9 @@ struct RunningServer {
     const HelperLog helperLog{logFile.get(), logFile.get()};
     const FileDescriptor stopEvent{::eventfd(0, EFD_CLOEXEC)};
     std::atomic<int> handled{0};
+    std::atomic<bool> hasWork{false}; ///< on a slow SMC, without an end
+    std::atomic<int> steps{0};
+    const HelperServer::Clock::time_point began = HelperServer::Clock::now();
     std::optional<HelperServer> server;
     std::thread thread;
 };
@@ -181,6 +193,24 @@ TEST(Serving, RequestsBehindSlowOnesCountTheirWaiting) {
         longest = std::max(longest, std::stoi(messageOf(clients[slow])));
     }
     EXPECT_GE(longest, 3 * 80) << "the last one has waited for those before it";
+}
+
+TEST(Serving, RequestsComeBetweenThePiecesOfOtherWorkAndCannotHoldItUp) {
+    RunningServer server;
+    EXPECT_TRUE(server.answersPing());
+    EXPECT_EQ(server.steps, 0);
+    server.hasWork = true;
+    for (int round = 0; round < 10; ++round) {
+        const int before = server.steps;
+        EXPECT_TRUE(server.answersPing());
+        EXPECT_LE(server.steps - before, 3) << "at most the piece under way, however it is met";
+    }
+    const auto flood = std::async(std::launch::async, [&] {
+        while (server.steps < 20) {
+            server.connect(pingRequest);
+        }
+    });
+    flood.wait();
 }
 
 struct FixedConsoleUser final : ConsoleUser {

@@ -21,7 +21,7 @@ class Handling : public testing::Test {
 protected:
     HelperResponse handle(HelperAction action, std::optional<std::int64_t> fan = {},
                           std::optional<double> rpm = {}) {
-        return RequestHandler(service_, log_).handle({action, fan, rpm});
+        return handler_.handle({action, fan, rpm});
     }
     /// How the resets of all fans and of one end.
     std::vector<HelperResponse> resets(const char* faults) {
@@ -32,6 +32,7 @@ protected:
     void SetUp() override {
         ioKit_.onExchange = [this](const SMCKeyData_t& block) {
             writes_ += block.data8 == SMC_CMD_WRITE_BYTES ? 1 : 0;
+            ++exchanges_;
         };
     }
 
@@ -39,7 +40,10 @@ protected:
     InProcessIOKit ioKit_{smc_, true};
     SMCService service_{ioKit_};
     HelperLog log_{-1, -1};
+    FanRelease release_{service_, log_};
+    RequestHandler handler_{service_, release_, log_};
     int writes_ = 0;
+    int exchanges_ = 0;
 };
 
 TEST_F(Handling, SentencesTellWhatWasDoneAndWhatCannotBe) {
@@ -91,16 +95,83 @@ TEST_F(Handling, WhatTheSmcRefusesOrDoesNotSayIsNotMadeUp) {
 }
 
 TEST_F(Handling, AResetIsASuccessOnlyIfTheSmcConfirmsIt) {
-    // The reset itself takes a key that does not answer for one the machine does not have.
     for (const char* faults : {"service gone", "FNum read-fails\nF1Md read-fails"}) {
         EXPECT_THAT(resets(faults), Each(Field(&HelperResponse::success, false))) << faults;
     }
-    EXPECT_THAT(
-        resets("service back\nF1Md value 01"), // it takes the write and stays as it is
-        Each(HelperResponse{
-            false, "Rechter Lüfter (GPU) ist weiterhin auf eine feste Drehzahl gestellt.", 1}));
-    EXPECT_THAT(resets("F1Md info-fails"), // a machine without modes has nothing to reset
-                Each(Field(&HelperResponse::success, true)));
+    EXPECT_THAT(resets("service back\nF1Md value 01"), // it takes the write and stays as it is
+                Each(HelperResponse{false,
+                                    "Rechter Lüfter (GPU) ist weiterhin auf eine feste Drehzahl "
+                                    "gestellt. Der Helper versucht es weiter.",
+                                    1}));
+    for (const char* faults : {"F1Md info-fails", // a machine without modes has nothing to reset
+                               "FNum value 00", "FNum read-fails"}) {
+        EXPECT_THAT(resets(faults), Each(Field(&HelperResponse::success, true))) << faults;
+    }
+}
+
+TEST_F(Handling, NothingIsForcedThatIsNotKnownOrNotToBeTrusted) {
+    const std::pair<const char*, std::string> rows[] = {
+        {"F0Md read-fails", "Ob Linker Lüfter (CPU) auf macOS-Automatik ist, kann nicht gelesen "
+                            "werden. Nichts geändert."},
+        {"F0Mx value 00000000", "Das SMC nennt für Linker Lüfter (CPU) eine Höchstdrehzahl von 0 "
+                                "RPM. Darauf ist kein Verlass."},
+        {"F0Mx value 00409C46", "Das SMC nennt für Linker Lüfter (CPU) eine Höchstdrehzahl von "
+                                "20000 RPM. Darauf ist kein Verlass."}};
+    for (const auto& [faults, sentence] : rows) {
+        smc_.faults().clear();
+        smc_.faults().addAll(faults);
+        EXPECT_EQ(handle(setFanRPM, 0, 4000), (HelperResponse{false, sentence, 1}));
+    }
+    EXPECT_EQ(writes_, 0);
+}
+
+TEST_F(Handling, AFanThatWasAutomaticIsSoAgainAfterATargetThatFails) {
+    ASSERT_TRUE(handle(setFanRPM, 1, 4000).success);
+    smc_.faults().addAll("F0Tg write-fails 86\nF1Tg write-fails 86");
+    for (const int fan : {0, 1}) {
+        EXPECT_FALSE(handle(setFanRPM, fan, 5000).success);
+        EXPECT_EQ(service_.readFanForced(fan), fan == 1) << "as before";
+    }
+    EXPECT_FALSE(release_.due());
+}
+
+TEST_F(Handling, WhatIsNotConfirmedIsTriedUntilItIsOrTheFanIsForcedAnew) {
+    const auto force = [this] {
+        smc_.faults().clear();
+        for (const int fan : {0, 1}) {
+            ASSERT_TRUE(handle(setFanRPM, fan, 4000).success);
+        }
+    };
+    force();
+    EXPECT_FALSE(release_.due()) << "nothing to do, no time to wake up for";
+    smc_.faults().addAll("F0Md read-fails\nF1Md write-fails 86");
+    EXPECT_FALSE(handle(resetAllAuto).success);
+    smc_.faults().clear();
+    EXPECT_EQ(service_.readFanForced(0), false) << "written, though not confirmed";
+    EXPECT_EQ(service_.readFanForced(1), true);
+    for (int steps = 0; release_.due(); ++steps) {
+        ASSERT_LT(steps, 6);
+        const int before = exchanges_;
+        release_.step();
+        EXPECT_LE(exchanges_ - before, 1) << "requests may come in between";
+    }
+    EXPECT_EQ(service_.readFanForced(1), false);
+
+    force();
+    smc_.faults().addAll("F0Md write-fails 86\nF1Md write-fails 86");
+    EXPECT_FALSE(handle(resetAllAuto).success);
+    EXPECT_FALSE(handle(setFanRPM, 0, 4000).success) << "refused, so the older wish stands";
+    release_.step();
+    release_.step();
+    EXPECT_GT(*release_.due() - FanRelease::Clock::now(), std::chrono::milliseconds(500));
+    smc_.faults().clear();
+    ASSERT_TRUE(handle(setFanRPM, 0, 4500).success);
+    ASSERT_TRUE(release_.due()) << "for the other one";
+    release_.step();
+    release_.step();
+    EXPECT_FALSE(release_.due());
+    EXPECT_EQ(service_.readFanForced(0), true);
+    EXPECT_EQ(service_.readFanForced(1), false);
 }
 
 TEST(Budget, ExchangesFailAtOnceWhenItIsUsedUpOrTheProcessIsToEnd) {

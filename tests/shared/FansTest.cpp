@@ -89,8 +89,9 @@ TEST(FanWrites, ModeFirstThenTheClampedTarget) {
         // 6000.0 as a minimum above the maximum: the maximum wins
         {"F0Mn value 0080BB45", 0, 2000, {"6 F0Md=1", "6 F0Tg=5616"}},
         {"F0Mn value nan\nF0Mx value nan", 0, 2000, {"6 F0Md=1", "6 F0Tg=2000"}},
-        {"F0Md read-fails", 0, 2000, {"6 F0Tg=2000"}}, // no mode key at all
-        {"\"FS! \" read-fails", 0, 2000, {"6 F0Tg=2000"}, SmcVariant::legacy},
+        {"F0Md read-fails", 0, 2000, {"6 F0Md=1", "6 F0Tg=2000"}}, // it is there all the same
+        {"F0Md info-fails", 0, 2000, {"6 F0Tg=2000"}},             // no mode at all
+        {"\"FS! \" info-fails", 0, 2000, {"6 F0Tg=2000"}, SmcVariant::legacy},
         {"\"FS! \" size 1", 0, 2000, {"6 F0Tg=2000"}, SmcVariant::legacy},
     };
     for (const Row& row : rows) {
@@ -108,10 +109,9 @@ TEST(FanWrites, TheOrderOfExchanges) {
     machine.service.setFanTargetRPM(0, 3000); // fills the cache
     machine.taken();
     machine.service.setFanTargetRPM(0, 3000);
-    EXPECT_THAT(machine.taken(),
-                ElementsAre("5 F0Mn", "5 F0Mx", "5 F0Md", "6 F0Md=1", "6 F0Tg=3000"));
+    EXPECT_THAT(machine.taken(), ElementsAre("5 F0Mn", "5 F0Mx", "6 F0Md=1", "6 F0Tg=3000"));
     machine.service.resetFanToAutomatic(0);
-    EXPECT_THAT(machine.taken(), ElementsAre("5 F0Md", "6 F0Md=0"));
+    EXPECT_THAT(machine.taken(), ElementsAre("6 F0Md=0"));
 }
 
 TEST(FanWrites, OlderMachinesHaveOneMaskForAllFans) {
@@ -124,6 +124,34 @@ TEST(FanWrites, OlderMachinesHaveOneMaskForAllFans) {
               SMCError::keyNotFound("F16Tg"));
     EXPECT_THAT(machine.taken(true), ElementsAre("6 FS! =1", "6 F0Tg=2000", "6 FS! =3",
                                                  "6 F1Tg=2500", "6 FS! =2", "6 FS! =2"));
+}
+
+TEST(FanWrites, OnlyTheSmcsOwnWordMeansThatThereIsNoMode) {
+    struct Row {
+        const char* faults;
+        std::optional<bool> isForced;
+        std::optional<SMCError> failure; // of a reset
+        SmcVariant variant = SmcVariant::t2;
+    };
+    const Row rows[] = {
+        {"F0Md value 01", true, {}},
+        {"F0Md read-fails", {}, {}},
+        {"F0Md info-fails", false, {}},
+        {"F0Md info-fails 85", {}, SMCError::keyNotFound("F0Md")},
+        {"service gone", {}, SMCError::serviceNotFound()},
+        {"", false, {}, SmcVariant::legacy},
+        {"\"FS! \" value 0003", true, {}, SmcVariant::legacy},
+        {"\"FS! \" read-fails", {}, SMCError::readFailed("FS! ", 0x85), SmcVariant::legacy},
+        {"\"FS! \" info-fails 85", {}, SMCError::keyNotFound("FS! "), SmcVariant::legacy},
+    };
+    for (const Row& row : rows) {
+        InProcessMachine machine({.variant = row.variant});
+        machine.smc.faults().addAll(row.faults);
+        machine.service.close(); // it finds the service gone, too
+        EXPECT_EQ(machine.service.readFanForced(0), row.isForced) << row.faults;
+        EXPECT_EQ(errorOf([&] { machine.service.resetFanToAutomatic(0); }), row.failure)
+            << row.faults;
+    }
 }
 
 TEST(FanWrites, AnErrorStopsAndLeavesWhatWasWritten) {
