@@ -2,6 +2,7 @@
 
 #include "FileDescriptor.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,26 +10,36 @@
 
 namespace ventaro {
 
-namespace {
+void BoundedLog::line(std::string_view text, Clock::time_point now) {
+    if (now - minuteBegan_ >= std::chrono::minutes(1)) {
+        if (lines_ > linesPerMinute) {
+            write(std::to_string(lines_ - linesPerMinute) + " more lines left out");
+        }
+        minuteBegan_ = now;
+        lines_ = 0;
+    }
+    if (++lines_ <= linesPerMinute) {
+        write(text);
+    }
+}
 
-void writeLine(int descriptor, std::string_view line) {
-    if (!canWrite(descriptor)) {
+void BoundedLog::write(std::string_view text) const {
+    if (!canWrite(descriptor_)) {
         return; // a full pipe: nobody reads the log
+    }
+    struct stat status {};
+    if (::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode) &&
+        static_cast<std::size_t>(status.st_size) > largestFile) {
+        [[maybe_unused]] const int emptied = ::ftruncate(descriptor_, 0);
     }
     std::array<char, 32> stamp{};
     const std::time_t now = std::time(nullptr);
     std::tm parts{};
     ::gmtime_r(&now, &parts);
     std::strftime(stamp.data(), stamp.size(), "%Y-%m-%dT%H:%M:%SZ ", &parts);
-    const std::string text = stamp.data() + std::string(line) + '\n';
-    [[maybe_unused]] const ssize_t written = ::write(descriptor, text.data(), text.size());
+    const std::string line = stamp.data() + std::string(text) + '\n';
+    [[maybe_unused]] const ssize_t written = ::write(descriptor_, line.data(), line.size());
 }
-
-} // namespace
-
-void HelperLog::change(std::string_view line) const { writeLine(changes_, line); }
-
-void HelperLog::error(std::string_view line) const { writeLine(errors_, line); }
 
 std::string escapedForLog(std::string_view text) {
     constexpr std::size_t most = 120;

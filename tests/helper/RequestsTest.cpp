@@ -1,10 +1,15 @@
 #include "BudgetedIOKit.h"
+#include "FileDescriptor.h"
 #include "InProcessIOKit.h"
 #include "RequestHandler.h"
 #include "RequestReader.h"
+#include "TestSupport.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <thread>
 
@@ -16,6 +21,7 @@ using enum HelperAction;
 using State = RequestReader::State;
 using testing::Each;
 using testing::Field;
+using testing::HasSubstr;
 
 class Handling : public testing::Test {
 protected:
@@ -199,6 +205,29 @@ TEST(Budget, ExchangesFailAtOnceWhenItIsUsedUpOrTheProcessIsToEnd) {
     stopping = false;
     inner.onExchange = nullptr;
     EXPECT_NO_THROW(service.setFanTargetRPM(0, 4000));
+}
+
+TEST(Log, NobodyFillsTheDisk) {
+    const TemporaryFolder folder;
+    const FileDescriptor file(
+        ::open((folder.path() / "log").c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+    BoundedLog log(file.get());
+    const auto written = [&] {
+        const std::string text = readFile(folder.path() / "log");
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    BoundedLog::Clock::time_point now = BoundedLog::Clock::now();
+    for (int line = 0; line < 5100; ++line) {
+        log.line("refused", now += std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(written(), 100);
+    log.line("a minute later", now + std::chrono::seconds(10));
+    EXPECT_EQ(written(), 102);
+    EXPECT_THAT(readFile(folder.path() / "log"), HasSubstr("Z 5000 more lines left out\n"));
+    ASSERT_EQ(::ftruncate(file.get(), BoundedLog::largestFile + 1), 0);
+    log.line("begun anew", now);
+    EXPECT_EQ(std::filesystem::file_size(folder.path() / "log"),
+              std::string_view("2026-11-24T12:00:00Z begun anew\n").size());
 }
 
 /// However the stream is cut, the decision and what is kept of `text` are the same.
