@@ -28,8 +28,7 @@ constexpr mode_t socketMode = 0666; // peer credentials decide, not the file's m
 FileDescriptor lockInstance(const HelperServerOptions& options) {
     constexpr std::chrono::milliseconds pause(10);
     const auto end = std::chrono::steady_clock::now() + options.takeOverPatience;
-    const std::filesystem::path path =
-        std::filesystem::path(options.socketPath).replace_extension(".lock");
+    const std::filesystem::path path = HelperServer::lockPath(options.socketPath);
     FileDescriptor lock;
     while (!(lock = tryLockFile(path))) {
         if (std::chrono::steady_clock::now() >= end || options.isStopRequested()) {
@@ -60,11 +59,15 @@ bool isOutOfResources(int error) {
 
 } // namespace
 
-HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
+std::filesystem::path HelperServer::lockPath(std::filesystem::path socketPath) {
+    return socketPath.replace_extension(".lock");
+}
+
+HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerCheck accessOf,
                            const HelperLog& log, HelperServerWork work)
     : options_(std::move(options)),
       handler_(std::move(handler)),
-      mayConnect_(std::move(mayConnect)),
+      accessOf_(std::move(accessOf)),
       log_(log),
       work_(std::move(work)),
       instanceLock_(lockInstance(options_)),
@@ -151,20 +154,28 @@ void HelperServer::acceptConnection() {
     if (!socket) {
         return; // the client has gone again
     }
-    if (!mayConnect_(socket.get())) {
-        const auto peer = peerUser(socket.get());
-        log_.error("connection refused for user " +
-                   (peer ? std::to_string(*peer) : std::string("unknown")));
+    const auto user = peerUser(socket.get());
+    const PeerAccess access = accessOf_(user);
+    if (!isRoomFor(access)) {
         return;
     }
     if (connections_.size() >= options_.maximumConnections) {
         makeRoom();
     }
     const int descriptor = socket.get();
-    connections_.push_back({std::move(socket), Clock::now() + options_.requestTimeout, {}});
+    connections_.push_back(
+        {std::move(socket), user, access, Clock::now() + options_.requestTimeout, {}});
     loop_.watch(descriptor, [this, descriptor] { serveReady(descriptor); });
     serve(connections_.back()); // the request is mostly there already
     forgetClosed();
+}
+
+bool HelperServer::isRoomFor(PeerAccess access) const {
+    constexpr std::ptrdiff_t mostStrangers = 4; // they only get to know that they may not
+    return access != PeerAccess::nothing ||
+           std::count_if(connections_.begin(), connections_.end(), [](const Connection& each) {
+               return each.access == PeerAccess::nothing;
+           }) < mostStrangers;
 }
 
 void HelperServer::serveReady(int descriptor) {
@@ -260,12 +271,30 @@ void HelperServer::serve(Connection& connection) {
 }
 
 void HelperServer::carryOut(Connection& connection) {
+    if (connection.access == PeerAccess::nothing) {
+        turnAway(connection,
+                 "Die Lüfter steuert nur, wer am Bildschirm angemeldet ist, oder root.");
+        return;
+    }
     try {
-        answer(connection, handler_(decodeHelperRequest(connection.reader.text()), waitingSince()));
+        const HelperRequest request = decodeHelperRequest(connection.reader.text());
+        if (connection.access == PeerAccess::handBack &&
+            request.action == HelperAction::setFanRPM) {
+            turnAway(connection, "Feste Drehzahlen setzt nur, wer am Bildschirm angemeldet ist. "
+                                 "Zurück auf macOS-Automatik geht weiterhin.");
+            return;
+        }
+        answer(connection, handler_(request, {waitingSince(), connection.user}));
     } catch (const DecodingError& error) {
         refuse(connection, "request not understood",
                std::string("Die Anfrage ist nicht lesbar: ") + error.what());
     }
+}
+
+void HelperServer::turnAway(Connection& connection, const std::string& sentence) {
+    log_.error("request refused for user " +
+               (connection.user ? std::to_string(*connection.user) : std::string("unknown")));
+    answer(connection, {false, sentence, HelperConstants::protocolVersion});
 }
 
 void HelperServer::refuse(Connection& connection, const std::string& why,

@@ -4,7 +4,7 @@
 #include "FileDescriptor.h"
 #include "HelperIPC.h"
 #include "HelperLog.h"
-#include "Platform.h"
+#include "PeerRights.h"
 #include "RequestReader.h"
 
 #include <sys/types.h>
@@ -16,12 +16,6 @@
 #include <vector>
 
 namespace ventaro {
-
-/// Whether a process of `peer` may send requests: root may, and the user at the machine's screen.
-/// `console` is asked only if the peer is not root.
-inline bool isPeerAllowed(std::optional<uid_t> peer, const ConsoleUser& console) {
-    return peer && (*peer == 0 || peer == console.current());
-}
 
 struct HelperServerOptions {
     std::filesystem::path socketPath;
@@ -50,15 +44,22 @@ struct HelperServerWork {
 class HelperServer {
 public:
     using Clock = EventLoop::Clock;
-    /// `waitingSince`: the earliest time at which the client may have sent the request.
-    using Handler =
-        std::function<HelperResponse(const HelperRequest&, Clock::time_point waitingSince)>;
-    /// Tells whether the process at the other end of a connection may send requests.
-    using PeerCheck = std::function<bool(int socket)>;
+    struct Origin {
+        /// The earliest time at which the client may have sent the request.
+        Clock::time_point waitingSince;
+        std::optional<uid_t> user;
+    };
+    using Handler = std::function<HelperResponse(const HelperRequest&, const Origin&)>;
+    /// Tells what a user's processes may ask for; no value: one that cannot be known.
+    using PeerCheck = std::function<PeerAccess(std::optional<uid_t> user)>;
+
+    /// The file beside the socket that an instance locks for as long as it lives. It is never
+    /// removed.
+    static std::filesystem::path lockPath(std::filesystem::path socketPath);
 
     /// Replaces a stale socket file and listens. Throws std::runtime_error, with an English
     /// sentence, if another instance serves the path or the socket cannot be made.
-    HelperServer(HelperServerOptions options, Handler handler, PeerCheck mayConnect,
+    HelperServer(HelperServerOptions options, Handler handler, PeerCheck accessOf,
                  const HelperLog& log, HelperServerWork work = {});
     /// Removes the socket file.
     ~HelperServer();
@@ -72,6 +73,8 @@ public:
 private:
     struct Connection {
         FileDescriptor socket;
+        std::optional<uid_t> user;
+        PeerAccess access;
         Clock::time_point deadline;
         RequestReader reader;
     };
@@ -92,7 +95,10 @@ private:
     void closeOverdue();
     /// Reads what is there; answers and closes (empties `socket`) once the request is decided.
     void serve(Connection& connection);
+    /// Whether there is room for a user's connection, who may ask for that much.
+    bool isRoomFor(PeerAccess access) const;
     void carryOut(Connection& connection);
+    void turnAway(Connection& connection, const std::string& sentence);
     void refuse(Connection& connection, const std::string& why, const std::string& sentence);
     void answer(Connection& connection, const HelperResponse& response);
     void close(Connection& connection);
@@ -100,7 +106,7 @@ private:
 
     const HelperServerOptions options_;
     const Handler handler_;
-    const PeerCheck mayConnect_;
+    const PeerCheck accessOf_;
     const HelperLog& log_;
     const HelperServerWork work_;
     FileDescriptor instanceLock_;

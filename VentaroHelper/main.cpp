@@ -68,14 +68,20 @@ int serve(const HelperLog& log) {
     SMCService smc(ioKit);
     FanRelease release(smc, log);
     RequestHandler handler(smc, release, log);
+    const std::filesystem::path socketPath =
+        platform.machineRoot.resolve(HelperConstants::socketPath);
+    PeerRights rights(*platform.consoleUser, HelperServer::lockPath(socketPath));
     HelperServer server(
-        {.socketPath = platform.machineRoot.resolve(HelperConstants::socketPath),
-         .isStopRequested = SignalWatch::hasArrival},
-        [&](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
-            ioKit.restart(waitingSince + requestBudget);
-            return handler.handle(request);
+        {.socketPath = socketPath, .isStopRequested = SignalWatch::hasArrival},
+        [&](const HelperRequest& request, const HelperServer::Origin& origin) {
+            ioKit.restart(origin.waitingSince + requestBudget);
+            HelperResponse response = handler.handle(request);
+            if (request.action == HelperAction::setFanRPM && response.success) {
+                rights.rememberForcing(origin.user);
+            }
+            return response;
         },
-        [&](int socket) { return isPeerAllowed(peerUser(socket), *platform.consoleUser); }, log,
+        [&](std::optional<uid_t> user) { return rights.of(user); }, log,
         {.due = [&] { return release.due(); },
          .step =
              [&] {

@@ -1,5 +1,6 @@
 #include "CurveStep.h"
 #include "FanRange.h"
+#include "FanSupervisor.h"
 
 #include <gtest/gtest.h>
 
@@ -108,6 +109,28 @@ TEST(FanTargetsTest, AreFollowedByForcedFansWithinTheirRange) {
     EXPECT_FALSE(follow(5616, FanMode::automatic, 3000));
     EXPECT_FALSE(follow(9000, FanMode::forced, 3000));
     EXPECT_TRUE(doFansFollow({}, targets)) << "fans that are not there";
+}
+
+TEST(FanSupervisorTest, AppliesWaitsAndLetsGo) {
+    using Decision = FanSupervisor::Decision;
+    FanSupervisor curve(ControlProfile::smartCurve);
+    EXPECT_EQ(curve.onTick(false, true), Decision::nothing) << "before the first readout";
+    EXPECT_EQ(curve.onReadout(0), Decision::leaveAlone);
+    EXPECT_EQ(curve.onReadout(NAN), Decision::nothing) << "said once";
+    EXPECT_EQ(curve.onReadout(60), Decision::apply);
+    EXPECT_EQ(curve.onReadout(61), Decision::nothing);
+    const auto ticks = [&](std::vector<bool> doFansFollow, bool isHelperThere) {
+        int applied = 0;
+        for (const bool follow : doFansFollow) {
+            applied += curve.onTick(follow, isHelperThere) == Decision::apply ? 1 : 0;
+        }
+        return applied;
+    };
+    EXPECT_EQ(ticks({false, false, true, false, false}, true), 0) << "a request takes a moment";
+    EXPECT_EQ(ticks({false, false, false, false}, true), 2) << "with the two before";
+    EXPECT_EQ(ticks({false, false, false, false}, false), 0) << "nobody would carry it out";
+    EXPECT_EQ(ticks({false}, true), 1) << "the helper is back";
+    EXPECT_EQ(FanSupervisor(ControlProfile::silent).onReadout(0), Decision::apply);
 }
 
 } // namespace

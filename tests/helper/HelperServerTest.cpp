@@ -44,19 +44,20 @@ std::string messageOf(const FileDescriptor& client) {
 /// A server in a thread of its own, whose handler counts and answers with the action's name, or
 /// like a slow SMC with how long the request has waited.
 struct RunningServer {
-    explicit RunningServer(milliseconds requestTimeout = minutes(1), bool letsIn = true) {
+    explicit RunningServer(milliseconds requestTimeout = minutes(1),
+                           PeerAccess access = PeerAccess::everything) {
         server.emplace(
             HelperServerOptions{.socketPath = path, .requestTimeout = requestTimeout},
-            [this](const HelperRequest& request, HelperServer::Clock::time_point waitingSince) {
+            [this](const HelperRequest& request, const HelperServer::Origin& origin) {
                 ++handled;
                 if (request.action != HelperAction::resetAllAuto) {
                     return HelperResponse{true, std::string(rawValue(request.action)), 1};
                 }
                 std::this_thread::sleep_for(milliseconds(80));
-                const auto waited = HelperServer::Clock::now() - waitingSince;
+                const auto waited = HelperServer::Clock::now() - origin.waitingSince;
                 return HelperResponse{true, std::to_string(waited / milliseconds(1)), 1};
             },
-            [letsIn](int) { return letsIn; }, helperLog,
+            [access](auto) { return access; }, helperLog,
             HelperServerWork{.due = [this]() -> std::optional<HelperServer::Clock::time_point> {
                                  return hasWork ? std::optional(began) : std::nullopt;
                              },
@@ -219,18 +220,59 @@ struct FixedConsoleUser final : ConsoleUser {
     std::optional<uid_t> user;
 };
 
-TEST(Serving, OthersAreTurnedAwayWithoutAnAnswer) {
-    const std::tuple<std::optional<uid_t>, std::optional<uid_t>, bool> rows[] = {
-        {0, {}, true},    {0, 501, true},   {501, 501, true}, {502, 501, false},
-        {501, {}, false}, {{}, 501, false}, {{}, {}, false}};
-    for (const auto& [peer, console, isAllowed] : rows) {
-        EXPECT_EQ(isPeerAllowed(peer, FixedConsoleUser(console)), isAllowed);
+TEST(Serving, OthersGetToKnowThatTheyMayNot) {
+    constexpr const char* setRequest = R"({"action":"setFanRPM","fanIndex":0,"rpm":4000})";
+    const std::tuple<PeerAccess, const char*, const char*> rows[] = {
+        {PeerAccess::nothing, pingRequest,
+         "Die Lüfter steuert nur, wer am Bildschirm angemeldet ist, oder root."},
+        {PeerAccess::handBack, pingRequest, "ping"},
+        {PeerAccess::handBack, R"({"action":"resetFanAuto"})", "resetFanAuto"},
+        {PeerAccess::handBack, setRequest,
+         "Feste Drehzahlen setzt nur, wer am Bildschirm angemeldet ist. Zurück auf macOS-Automatik "
+         "geht weiterhin."},
+        {PeerAccess::everything, setRequest, "setFanRPM"}};
+    for (const auto& [access, request, sentence] : rows) {
+        const RunningServer server(minutes(1), access);
+        EXPECT_EQ(messageOf(server.connect(request)), sentence);
+        const bool isCarriedOut = std::string_view(request).find(sentence) != std::string::npos;
+        EXPECT_EQ(server.handled, isCarriedOut ? 1 : 0);
+        EXPECT_EQ(server.log().find("refused for user " + std::to_string(::getuid()) + "\n") ==
+                      std::string::npos,
+                  isCarriedOut);
     }
-    const RunningServer server(minutes(1), false);
-    EXPECT_EQ(answerOf(server.connect(pingRequest)), "");
-    EXPECT_EQ(server.handled, 0);
-    EXPECT_THAT(server.log(),
-                HasSubstr("connection refused for user " + std::to_string(::getuid()) + "\n"));
+    const RunningServer server(minutes(1), PeerAccess::nothing);
+    std::vector<FileDescriptor> strangers;
+    for (int client = 0; client < 5; ++client) {
+        strangers.push_back(server.connect());
+    }
+    EXPECT_EQ(answerOf(strangers.back()), "") << "no room for many of them";
+}
+
+TEST(Serving, RightsBelongToTheUserAtTheScreenAndTheWayBackToTheLastOneToForce) {
+    const TemporaryFolder folder;
+    const auto memory = folder.path() / "lock";
+    writeFile(memory, "nonsense");
+    FixedConsoleUser console(501);
+    {
+        PeerRights rights(console, memory);
+        const std::pair<std::optional<uid_t>, PeerAccess> rows[] = {{0, PeerAccess::everything},
+                                                                    {501, PeerAccess::everything},
+                                                                    {502, PeerAccess::nothing},
+                                                                    {{}, PeerAccess::nothing}};
+        for (const auto& [peer, access] : rows) {
+            EXPECT_EQ(rights.of(peer), access);
+        }
+        rights.rememberForcing(501);
+    }
+    console.user = 502;
+    PeerRights rights(console, memory); // of a helper that has been started anew
+    EXPECT_EQ(rights.of(501), PeerAccess::handBack);
+    EXPECT_EQ(rights.of(502), PeerAccess::everything);
+    rights.rememberForcing(502);
+    console.user.reset();
+    EXPECT_EQ(rights.of(501), PeerAccess::nothing);
+    EXPECT_EQ(rights.of({}), PeerAccess::nothing);
+    EXPECT_EQ(PeerRights(console, memory).of(502), PeerAccess::handBack);
 }
 
 TEST(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
