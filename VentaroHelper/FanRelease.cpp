@@ -44,6 +44,13 @@ std::optional<std::string> FanRelease::release(std::span<const Fan> fans) {
     return failure;
 }
 
+void FanRelease::releaseLater(std::span<const Fan> fans) {
+    for (const Fan& fan : fans) {
+        forget(fan.index);
+        pending_.push_back({fan});
+    }
+}
+
 void FanRelease::forget(int fan) {
     std::erase_if(pending_, [fan](const Pending& pending) { return pending.fan.index == fan; });
 }
@@ -65,7 +72,7 @@ void FanRelease::step() {
     if (!pending.isWritten) {
         write(pending);
     } else if (confirm(pending)) {
-        log_.change("fan " + std::to_string(pending.fan.index) + " back to automatic, in the end");
+        log_.change("fan " + std::to_string(pending.fan.index) + " back to automatic after all");
         forget(pending.fan.index);
         return;
     }

@@ -63,9 +63,10 @@ std::filesystem::path HelperServer::lockPath(std::filesystem::path socketPath) {
     return socketPath.replace_extension(".lock");
 }
 
-HelperServer::HelperServer(HelperServerOptions options, Handler handler, PeerCheck accessOf,
-                           const HelperLog& log, HelperServerWork work)
-    : options_(std::move(options)),
+HelperServer::HelperServer(EventLoop& loop, HelperServerOptions options, Handler handler,
+                           PeerCheck accessOf, const HelperLog& log, HelperServerWork work)
+    : loop_(loop),
+      options_(std::move(options)),
       handler_(std::move(handler)),
       accessOf_(std::move(accessOf)),
       log_(log),

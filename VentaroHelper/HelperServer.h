@@ -58,8 +58,9 @@ public:
     static std::filesystem::path lockPath(std::filesystem::path socketPath);
 
     /// Replaces a stale socket file and listens. Throws std::runtime_error, with an English
-    /// sentence, if another instance serves the path or the socket cannot be made.
-    HelperServer(HelperServerOptions options, Handler handler, PeerCheck accessOf,
+    /// sentence, if another instance serves the path or the socket cannot be made. `loop` must
+    /// outlive the server.
+    HelperServer(EventLoop& loop, HelperServerOptions options, Handler handler, PeerCheck accessOf,
                  const HelperLog& log, HelperServerWork work = {});
     /// Removes the socket file.
     ~HelperServer();
@@ -104,6 +105,7 @@ private:
     void close(Connection& connection);
     void forgetClosed();
 
+    EventLoop& loop_;
     const HelperServerOptions options_;
     const Handler handler_;
     const PeerCheck accessOf_;
@@ -120,7 +122,6 @@ private:
         Clock::time_point until;
     };
     std::optional<Lag> lag_;
-    EventLoop loop_;
 };
 
 } // namespace ventaro

@@ -88,6 +88,9 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
         return refusal("Das SMC nennt für " + name + " eine Höchstdrehzahl von " +
                        formatRounded(range.maximum) + " RPM. Darauf ist kein Verlass.");
     }
+    if (const auto refused = watch_.refusal(*request.rpm, range)) {
+        return refusal(*refused);
+    }
     const auto wasForced = smc_.readFanForced(index);
     if (!wasForced) {
         return refusal("Ob " + name +
@@ -102,6 +105,7 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
         throw;
     }
     release_.forget(index);
+    watch_.forced(index, range);
     const auto target = smc_.readFanTargetRPM(index);
     // The SMC has the last word on the speed; one that does not say it has still been set.
     const std::string speed =

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FanRelease.h"
+#include "FanWatch.h"
 #include "HelperIPC.h"
 #include "HelperLog.h"
 #include "SMCService.h"
@@ -16,8 +17,8 @@ namespace ventaro {
 class RequestHandler {
 public:
     /// All must outlive the handler.
-    RequestHandler(SMCService& smc, FanRelease& release, const HelperLog& log)
-        : smc_(smc), release_(release), log_(log) {}
+    RequestHandler(SMCService& smc, FanRelease& release, FanWatch& watch, const HelperLog& log)
+        : smc_(smc), release_(release), watch_(watch), log_(log) {}
 
     /// Never throws: whatever fails is a response with `success` false and a German sentence.
     HelperResponse handle(const HelperRequest& request);
@@ -37,6 +38,7 @@ private:
 
     SMCService& smc_;
     FanRelease& release_;
+    FanWatch& watch_;
     const HelperLog& log_;
     std::optional<int> knownFanCount_;
 };

@@ -67,12 +67,18 @@ int serve(const HelperLog& log) {
     BudgetedIOKit ioKit(*platform.ioKit, SignalWatch::hasArrival);
     SMCService smc(ioKit);
     FanRelease release(smc, log);
-    RequestHandler handler(smc, release, log);
+    const std::unique_ptr<Clock> clock = makeHostClock(platform);
+    EventLoop loop;
+    FanWatch watch(smc, release, *clock, loop, log);
+    RequestHandler handler(smc, release, watch, log);
     const std::filesystem::path socketPath =
         platform.machineRoot.resolve(HelperConstants::socketPath);
     PeerRights rights(*platform.consoleUser, HelperServer::lockPath(socketPath));
+    const auto releaseComesFirst = [&] {
+        return release.due() && (!watch.due() || *release.due() <= *watch.due());
+    };
     HelperServer server(
-        {.socketPath = socketPath, .isStopRequested = SignalWatch::hasArrival},
+        loop, {.socketPath = socketPath, .isStopRequested = SignalWatch::hasArrival},
         [&](const HelperRequest& request, const HelperServer::Origin& origin) {
             ioKit.restart(origin.waitingSince + requestBudget);
             HelperResponse response = handler.handle(request);
@@ -82,11 +88,11 @@ int serve(const HelperLog& log) {
             return response;
         },
         [&](std::optional<uid_t> user) { return rights.of(user); }, log,
-        {.due = [&] { return release.due(); },
+        {.due = [&] { return releaseComesFirst() ? release.due() : watch.due(); },
          .step =
              [&] {
                  ioKit.restart(HelperServer::Clock::now() + requestBudget);
-                 release.step();
+                 releaseComesFirst() ? release.step() : watch.step();
              }});
     log.change("serving, version " VENTARO_VERSION);
     try {
@@ -94,6 +100,7 @@ int serve(const HelperLog& log) {
     } catch (const SMCError& error) {
         log.error("serving without an SMC for now: " + error.errorDescription());
     }
+    watch.begin();
     server.run(signals.descriptor());
     log.change("stopped");
     return EXIT_SUCCESS;

@@ -1,7 +1,9 @@
 #include "HostPlatform.h"
 
+#include "LinuxClock.h"
 #include "LinuxPlatform.h"
 #include "MachineRootChoice.h"
+#include "SimulatedClock.h"
 #include "SimulatedPlatform.h"
 
 #include <cstdlib>
@@ -15,6 +17,14 @@ HostPlatform makeHostPlatform(bool privileged) {
     host.platform = choice.simulated ? makeSimulatedPlatform(std::move(*choice.simulated))
                                      : makeLinuxPlatform();
     return host;
+}
+
+std::unique_ptr<Clock> makeHostClock(const Platform& platform) {
+    auto host = std::make_unique<LinuxClock>();
+    if (platform.machineKind != MachineKind::simulated) {
+        return host;
+    }
+    return std::make_unique<SimulatedClock>(platform.machineRoot, std::move(host));
 }
 
 } // namespace ventaro

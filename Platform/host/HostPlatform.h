@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Clock.h"
 #include "Platform.h"
 
+#include <memory>
 #include <string>
 
 namespace ventaro {
@@ -16,5 +18,8 @@ struct HostPlatform {
 /// host itself. `privileged`: the process changes the machine as root, so that it follows only a
 /// folder of root's. Throws std::invalid_argument if the variable names no folder.
 HostPlatform makeHostPlatform(bool privileged);
+
+/// The time of the machine of `platform`.
+std::unique_ptr<Clock> makeHostClock(const Platform& platform);
 
 } // namespace ventaro

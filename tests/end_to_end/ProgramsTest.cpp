@@ -163,6 +163,22 @@ TEST(HelperProgram, SleepsWithoutATimeOutWhileIdle) {
 }
 #endif
 
+TEST(HelperProgram, FreesFansThatAreForcedLowOnAHotMachine) {
+    const SimulatedMachine machine;
+    EXPECT_THAT(machine.ctl("set 0 2000"), ends(0));
+    ::kill(machine.helperProcess(), SIGKILL);
+    machine.control("step 10");
+    ASSERT_TRUE(machine.answers());           // one that finds the fan forced
+    machine.control("fault TC5C value 6300"); // 99 °C
+    EXPECT_TRUE(waitUntil([&] {
+        machine.control("step 5");
+        return machine.keys("F0Md") == "0";
+    }));
+    EXPECT_THAT(machine.log("com.ventaro.helper.err"), HasSubstr("freeing fans"));
+    EXPECT_THAT(machine.ctl("set 0 2000"), ends(1, "Der Rechner war zu heiß."));
+    EXPECT_THAT(machine.ctl("set 0 5400"), ends(0));
+}
+
 TEST(HelperProgram, LogsALinePerChangeAndErrorAndGoesOnAfterItsDeath) {
     const SimulatedMachine machine;
     for (const char* command :

@@ -47,7 +47,7 @@ struct RunningServer {
     explicit RunningServer(milliseconds requestTimeout = minutes(1),
                            PeerAccess access = PeerAccess::everything) {
         server.emplace(
-            HelperServerOptions{.socketPath = path, .requestTimeout = requestTimeout},
+            loop, HelperServerOptions{.socketPath = path, .requestTimeout = requestTimeout},
             [this](const HelperRequest& request, const HelperServer::Origin& origin) {
                 ++handled;
                 if (request.action != HelperAction::resetAllAuto) {
@@ -97,6 +97,7 @@ struct RunningServer {
     std::atomic<bool> hasWork{false}; ///< on a slow SMC, without an end
     std::atomic<int> steps{0};
     const HelperServer::Clock::time_point began = HelperServer::Clock::now();
+    EventLoop loop;
     std::optional<HelperServer> server;
     std::thread thread;
 };
@@ -280,7 +281,9 @@ TEST(Serving, ASecondInstanceIsRefusedAndAStaleFileReplaced) {
     const auto another = [&](
                              const std::filesystem::path& path, milliseconds patience = {},
                              const std::function<bool()>& isStopRequested = [] { return false; }) {
+        EventLoop loop;
         HelperServer(
+            loop,
             {.socketPath = path, .takeOverPatience = patience, .isStopRequested = isStopRequested},
             {}, {}, first.helperLog);
     };

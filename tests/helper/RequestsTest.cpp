@@ -1,6 +1,7 @@
 #include "BudgetedIOKit.h"
 #include "FileDescriptor.h"
 #include "InProcessIOKit.h"
+#include "ManualSession.h"
 #include "RequestHandler.h"
 #include "RequestReader.h"
 #include "TestSupport.h"
@@ -22,6 +23,7 @@ using State = RequestReader::State;
 using testing::Each;
 using testing::Field;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class Handling : public testing::Test {
 protected:
@@ -47,7 +49,10 @@ protected:
     SMCService service_{ioKit_};
     HelperLog log_{-1, -1};
     FanRelease release_{service_, log_};
-    RequestHandler handler_{service_, release_, log_};
+    ManualClock clock_;
+    EventLoop loop_;
+    FanWatch watch_{service_, release_, clock_, loop_, log_};
+    RequestHandler handler_{service_, release_, watch_, log_};
     int writes_ = 0;
     int exchanges_ = 0;
 };
@@ -178,6 +183,60 @@ TEST_F(Handling, WhatIsNotConfirmedIsTriedUntilItIsOrTheFanIsForcedAnew) {
     EXPECT_FALSE(release_.due());
     EXPECT_EQ(service_.readFanForced(0), true);
     EXPECT_EQ(service_.readFanForced(1), false);
+}
+
+TEST_F(Handling, TheWatchFreesFansThatAreForcedLowOnAHotMachine) {
+    const auto look = [this] {
+        clock_.tick();
+        loop_.turn(std::chrono::milliseconds(0));
+        while (watch_.due()) {
+            const int before = exchanges_;
+            watch_.step();
+            EXPECT_LE(exchanges_ - before, 2) << "requests may come in between";
+        }
+        while (release_.due()) {
+            release_.step();
+        }
+    };
+    watch_.begin();
+    look();
+    EXPECT_EQ(clock_.tickers, 0) << "nothing is forced, nobody wakes up";
+    EXPECT_TRUE(handle(setFanRPM, 0, 2000).success);
+    EXPECT_TRUE(handle(setFanRPM, 1, 5000).success); // 94 % of its range
+    EXPECT_EQ(clock_.tickers, 1);
+    smc_.faults().add("TC5C value 6300"); // 99 °C, while the die says something else
+    for (int number = 0; number < 3; ++number) {
+        look();
+    }
+    EXPECT_EQ(service_.readFanForced(0), true);
+    look();
+    EXPECT_EQ(service_.readFanForced(0), false);
+    EXPECT_EQ(service_.readFanForced(1), true) << "fast enough";
+    EXPECT_EQ(handle(setFanRPM, 0, 5200),
+              (HelperResponse{false,
+                              "Der Rechner war zu heiß. Bis er sich abgekühlt hat, nimmt der "
+                              "Helper nur macOS-Automatik oder mindestens 90 % an.",
+                              1}));
+    EXPECT_TRUE(handle(setFanRPM, 0, 5300).success);
+    EXPECT_TRUE(handle(resetAllAuto).success);
+    smc_.faults().clear();
+    for (int number = 0; number < 6; ++number) {
+        EXPECT_EQ(clock_.tickers, 1) << "it waits for the machine to cool down";
+        look();
+    }
+    EXPECT_EQ(clock_.tickers, 0);
+    EXPECT_TRUE(handle(setFanRPM, 0, 2000).success);
+
+    smc_.faults().addAll("TCXC read-fails\nTC0F value 0000\nTC0E value 8100\nF0Tg read-fails");
+    for (int core = 1; core <= 8; ++core) {
+        smc_.faults().add("TC" + std::to_string(core) + "C read-fails");
+    }
+    for (int number = 0; number < 6; ++number) {
+        EXPECT_EQ(service_.readFanForced(0), true) << number;
+        look();
+    }
+    EXPECT_EQ(service_.readFanForced(0), false);
+    EXPECT_THAT(handle(setFanRPM, 0, 3000).message, StartsWith("Die CPU-Temperatur war nicht"));
 }
 
 TEST(Budget, ExchangesFailAtOnceWhenItIsUsedUpOrTheProcessIsToEnd) {

@@ -1,11 +1,14 @@
 #include "AtomicFile.h"
+#include "EventLoop.h"
 #include "FileDefaults.h"
+#include "FileLock.h"
 #include "LinuxClock.h"
 #include "ProcessTable.h"
 #include "SimulatedAdministratorScripts.h"
 #include "SimulatedClock.h"
 #include "TestSupport.h"
 #include "UnixSocket.h"
+#include "WakeUp.h"
 
 #include <gmock/gmock.h>
 #include <poll.h>
@@ -19,6 +22,38 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace testing;
+
+TEST(EventLoopTest, AnEndedTurnLeavesTheRestForTheNextOne) {
+    EventLoop loop;
+    const WakeUp first;
+    const WakeUp second;
+    first.signal();
+    second.signal();
+    std::string calls;
+    loop.watch(first.descriptor(), [&] {
+        calls += "1";
+        loop.endTurn();
+    });
+    loop.watch(second.descriptor(), [&] { calls += "2"; });
+    loop.turn();
+    EXPECT_EQ(calls, "1");
+    loop.unwatch(first.descriptor());
+    loop.turn();
+    EXPECT_EQ(calls, "12");
+}
+
+TEST(FileLockTest, IsHeldOnceAndThroughNoLink) {
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "lock";
+    {
+        const FileDescriptor held = tryLockFile(file);
+        EXPECT_TRUE(held);
+        EXPECT_FALSE(tryLockFile(file));
+    }
+    EXPECT_TRUE(tryLockFile(file));
+    fs::create_symlink(file, folder.path() / "link");
+    EXPECT_THROW(tryLockFile(folder.path() / "link"), std::system_error);
+}
 
 TEST(AtomicFiles, ReplaceWholeFilesAndNothingElse) {
     const TemporaryFolder folder;

@@ -18,19 +18,29 @@ public:
     std::unique_ptr<Ticker> ticker(std::chrono::milliseconds interval) override {
         intervals.push_back(interval);
         wakeUp_ = std::make_shared<WakeUp>();
-        return std::make_unique<ManualTicker>(wakeUp_);
+        return std::make_unique<ManualTicker>(wakeUp_, tickers);
     }
-    void tick() const { wakeUp_->signal(); }
+    void tick() const {
+        if (wakeUp_) {
+            wakeUp_->signal();
+        }
+    }
 
     std::chrono::system_clock::time_point time;
     std::vector<std::chrono::milliseconds> intervals;
+    int tickers = 0; ///< that exist
 
 private:
     struct ManualTicker final : Ticker {
-        explicit ManualTicker(std::shared_ptr<WakeUp> ticks) : wakeUp(std::move(ticks)) {}
+        ManualTicker(std::shared_ptr<WakeUp> ticks, int& alive)
+            : wakeUp(std::move(ticks)), tickers(alive) {
+            ++tickers;
+        }
+        ~ManualTicker() override { --tickers; }
         int descriptor() const override { return wakeUp->descriptor(); }
         void acknowledge() override { wakeUp->take(); }
         const std::shared_ptr<WakeUp> wakeUp;
+        int& tickers;
     };
     std::shared_ptr<WakeUp> wakeUp_;
 };
