@@ -13,7 +13,7 @@ namespace ventaro {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr IOObject serviceObject = 1;
 
@@ -25,7 +25,7 @@ SimulatedIOKit::SimulatedIOKit(std::filesystem::path socketPath, std::chrono::mi
 IOServiceMatch SimulatedIOKit::serviceMatching(std::string_view className) { return {className}; }
 
 IOObject SimulatedIOKit::serviceGetMatchingService(const IOServiceMatch& matching) {
-    return matching.className == SmcWire::serviceName && connect(Clock::now() + deadline_)
+    return matching.className == SmcWire::serviceName && connect(SteadyClock::now() + deadline_)
                ? serviceObject
                : 0;
 }
@@ -36,7 +36,7 @@ KernelReturn SimulatedIOKit::serviceOpen(IOObject service, std::uint32_t /*type*
         return KernelCode::badArgument;
     }
     auto client = std::make_shared<UserClient>();
-    client->socket = connect(Clock::now() + deadline_);
+    client->socket = connect(SteadyClock::now() + deadline_);
     if (!client->socket) {
         return KernelCode::noDevice;
     }
@@ -66,7 +66,7 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
     if (inputSize > SmcWire::maximumBlockSize || outputSize > SmcWire::maximumBlockSize) {
         return KernelCode::badArgument;
     }
-    const auto deadline = Clock::now() + deadline_;
+    const auto deadline = SteadyClock::now() + deadline_;
     const std::lock_guard guard(client->lock);
 
     std::array<std::byte, sizeof(SmcWire::RequestHeader) + SmcWire::maximumBlockSize> packet;
@@ -107,8 +107,8 @@ KernelReturn SimulatedIOKit::connectCallStructMethod(IOConnection connection,
     return answer.kernelReturn;
 }
 
-FileDescriptor SimulatedIOKit::connect(Clock::time_point deadline) const {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+FileDescriptor SimulatedIOKit::connect(SteadyClock::time_point deadline) const {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now());
     return connectToUnixSocket(socketPath_, left);
 }
 
