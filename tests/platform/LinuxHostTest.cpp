@@ -75,32 +75,8 @@ std::string firmwareModule(int gigabytes) {
     return bytes;
 }
 
-constexpr const char* notebook = R"(sys/devices/system/cpu/cpu0/cpufreq: base_frequency=2300000
-sys/devices/system/cpu/cpu0/cache/index0: level=1|type=Data|size=48K
-sys/devices/system/cpu/cpu0/cache/index3: level=3|type=Unified|size=16M
-sys/devices/system/memory: block_size_bytes=8000000|memory0/state=online|memory32/state=online
-sys/class/dmi/id: product_name=20XW|sys_vendor=LENOVO|product_version=ThinkPad X1
-sys/class/dmi/id: product_serial=Default string|bios_version=N32ET75W (1.51 )
-sys/bus/pci/devices/0000:00:02.0: class=0x030000|vendor=0x8086|device=0x9bc4|revision=0x05
-sys/bus/pci/devices/0000:01:00.0: class=0x030200|vendor=0x1002|device=0x7340
-sys/bus/pci/devices/0000:01:00.0: current_link_width=8|mem_info_vram_total=4278190080
-sys/bus/pci/devices/0000:00:1f.0: class=0x060100
-sys/class/drm/card0-eDP-1: status=connected
-sys/class/drm/card0-DP-1: status=disconnected
-sys/block/nvme0n1: size=1953525168|queue/discard_max_bytes=2199023255040
-sys/block/nvme0n1/device: model=Samsung SSD 980   |serial=S64  |firmware_rev=2B4QFXO7
-sys/block/nvme0n1/device/device: current_link_speed=16.0 GT/s PCIe|current_link_width=4
-sys/block/nvme0n1: nvme0n1p1/size=1048576|nvme0n1p1/dev=259:1|nvme0n1p2/size=1952472527
-sys/block/nvme0n1: nvme0n1p2/dev=259:2|nvme0n1p2/holders/dm-0/x=|nvme0n1p10/dev=259:10
-sys/class/block: dm-0/dev=254:0|dm-0/holders/dm-1/x=|dm-1/dev=254:1
-sys/class/power_supply/BAT0: type=Battery|manufacturer=SMP|cycle_count=214|capacity=87
-sys/class/power_supply/BAT0: energy_full=51300000|voltage_min_design=11580000|status=Charging
-sys/class/power_supply/hidpp_battery_0: type=Battery|scope=Device
-my home: file=
-)";
-
 TEST(LinuxHost, ANotebookTellsWhatItIs) {
-    RecordedHost recorded(notebook);
+    RecordedHost recorded(testData("notebook.txt"));
     std::string cpus;
     for (const char* core : {"0", "1", "0", "1"}) {
         cpus += "processor\t: 0\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: 158\n"
@@ -144,29 +120,7 @@ TEST(LinuxHost, ANotebookTellsWhatItIs) {
         EXPECT_TRUE(volumes[volume]["free_space"].is_string()) << "of this test's file system";
         volumes[volume].erase("free_space");
     }
-    EXPECT_EQ(profile, json::parse(R"JSON({
-"SPHardwareDataType":[{"machine_name":"ThinkPad X1","machine_model":"20XW",
-  "boot_rom_version":"N32ET75W (1.51 )","os_loader_version":"sd-b"}],
-"SPMemoryDataType":[{"_items":[{"_name":"BANK 0/ChannelA","dimm_size":"16 GB","dimm_type":"DDR4",
-  "dimm_speed":"2667 MHz","dimm_manufacturer":"Samsung","dimm_part_number":"M471A2K43"}]}],
-"SPDisplaysDataType":[
-  {"_name":"PCI 8086:9bc4","sppci_model":"UHD Graphics","spdisplays_vendor":"Intel Corporation",
-   "spdisplays_device-id":"0x9bc4","spdisplays_revision-id":"0x05",
-   "spdisplays_ndrvs":[{"_name":"LP160","_spdisplays_resolution":"3840 x 2400",
-     "_spdisplays_pixels":"3840 x 2400"}]},
-  {"_name":"PCI 1002:7340","spdisplays_device-id":"0x7340",
-   "spdisplays_pcie_width":"x8","spdisplays_vram":"4080 MB","spdisplays_ndrvs":[]}],
-"SPNVMeDataType":[{"_items":[{"bsd_name":"nvme0n1","device_model":"Samsung SSD 980",
-  "device_serial":"S64","device_revision":"2B4QFXO7","size":"1 TB","spnvme_linkspeed":"16.0 GT/s",
-  "spnvme_linkwidth":"x4","spnvme_trim_support":"Yes","volumes":[
-    {"_name":"EFI System","bsd_name":"nvme0n1p1","size":"536.87 MB","file_system":"vfat"},
-    {"_name":"nvme0n1p2","bsd_name":"nvme0n1p2","size":"999.67 GB","file_system":"ext4"},
-    {"_name":"nvme0n1p10","bsd_name":"nvme0n1p10","file_system":"btrfs"}]}]}],
-"SPPowerDataType":[{"_name":"spbattery_information",
-  "sppower_battery_model_info":{"sppower_battery_manufacturer":"SMP"},
-  "sppower_battery_health_info":{"sppower_battery_cycle_count":214},
-  "sppower_battery_charge_info":{"sppower_battery_max_capacity":4430,
-    "sppower_battery_state_of_charge":87,"sppower_battery_is_charging":"TRUE"}}]})JSON"));
+    EXPECT_EQ(profile, json::parse(testData("notebook_profile.json")));
 }
 
 TEST(LinuxHost, AVirtualMachineAndAnEmptyHostLeaveOutWhatTheyDoNotHave) {

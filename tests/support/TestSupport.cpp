@@ -52,6 +52,10 @@ std::string readFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string testData(const std::string& name, const char* source) {
+    return readFile(std::filesystem::path(source).parent_path() / "data" / name);
+}
+
 void writeFile(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
 
 std::string damaged(std::string text, std::mt19937& random) {

@@ -32,6 +32,8 @@ bool waitUntil(const std::function<bool()>& condition);
 std::size_t openDescriptors();
 
 std::string readFile(const std::filesystem::path& path);
+/// The text of a file in the folder `data` beside the test's source.
+std::string testData(const std::string& name, const char* source = __builtin_FILE());
 void writeFile(const std::filesystem::path& path, const std::string& text);
 
 /// A JSON text in which a few bytes, or the values of a few members, have become something else.
