@@ -119,7 +119,7 @@ TEST(FanSupervisorTest, AppliesWaitsAndLetsGo) {
     EXPECT_EQ(curve.onReadout(NAN), Decision::nothing) << "said once";
     EXPECT_EQ(curve.onReadout(60), Decision::apply);
     EXPECT_EQ(curve.onReadout(61), Decision::nothing);
-    const auto ticks = [&](std::vector<bool> doFansFollow, bool isHelperThere) {
+    const auto ticks = [&](const std::vector<bool>& doFansFollow, bool isHelperThere) {
         int applied = 0;
         for (const bool follow : doFansFollow) {
             applied += curve.onTick(follow, isHelperThere) == Decision::apply ? 1 : 0;
