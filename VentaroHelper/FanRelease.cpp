@@ -44,11 +44,15 @@ std::optional<std::string> FanRelease::release(std::span<const Fan> fans) {
     return failure;
 }
 
-void FanRelease::releaseLater(std::span<const Fan> fans) {
+bool FanRelease::releaseLater(std::span<const Fan> fans) {
+    const std::size_t before = pending_.size();
     for (const Fan& fan : fans) {
-        forget(fan.index);
-        pending_.push_back({fan});
+        if (std::none_of(pending_.begin(), pending_.end(),
+                         [&](const Pending& each) { return each.fan.index == fan.index; })) {
+            pending_.push_back({fan});
+        }
     }
+    return pending_.size() > before;
 }
 
 void FanRelease::forget(int fan) {

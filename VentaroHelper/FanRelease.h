@@ -31,8 +31,9 @@ public:
     /// Writes the mode of all these fans and then has each confirmed, as far as the SMC answers.
     /// Why one of them is not known to be automatic, German; no value if they all are.
     std::optional<std::string> release(std::span<const Fan> fans);
-    /// Leaves all of it to `step`.
-    void releaseLater(std::span<const Fan> fans);
+    /// Leaves all of it to `step`. Whether there is one among these that is not being freed
+    /// already.
+    bool releaseLater(std::span<const Fan> fans);
     /// Somebody wants this fan forced.
     void forget(int fan);
 

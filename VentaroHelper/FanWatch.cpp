@@ -96,10 +96,12 @@ void FanWatch::conclude() {
     const auto reason = guard_.judge(look_);
     if (reason && !lowFans_.empty()) {
         guard_.intervened(*reason);
-        log_.error(*reason == FanGuard::Reason::hot
-                       ? "freeing fans that are forced low: the machine is too hot"
-                       : "freeing fans that are forced low: the CPU's temperature does not read");
-        release_.releaseLater(lowFans_);
+        if (release_.releaseLater(lowFans_)) {
+            log_.error(
+                *reason == FanGuard::Reason::hot
+                    ? "freeing fans that are forced low: the machine is too hot"
+                    : "freeing fans that are forced low: the CPU's temperature does not read");
+        }
     }
     if (!isAnyForced_) {
         guard_.nothingIsForced();

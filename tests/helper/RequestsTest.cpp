@@ -153,6 +153,7 @@ TEST_F(Handling, WhatIsNotConfirmedIsTriedUntilItIsOrTheFanIsForcedAnew) {
             ASSERT_TRUE(handle(setFanRPM, fan, 4000).success);
         }
     };
+    const FanRelease::Fan left{0, "links"};
     force();
     EXPECT_FALSE(release_.due()) << "nothing to do, no time to wake up for";
     smc_.faults().addAll("F0Md read-fails\nF1Md write-fails 86");
@@ -175,6 +176,8 @@ TEST_F(Handling, WhatIsNotConfirmedIsTriedUntilItIsOrTheFanIsForcedAnew) {
     release_.step();
     release_.step();
     EXPECT_GT(*release_.due() - FanRelease::Clock::now(), std::chrono::milliseconds(500));
+    EXPECT_FALSE(release_.releaseLater(std::span(&left, 1))) << "it is at it";
+    EXPECT_GT(*release_.due() - FanRelease::Clock::now(), std::chrono::milliseconds(300));
     smc_.faults().clear();
     ASSERT_TRUE(handle(setFanRPM, 0, 4500).success);
     ASSERT_TRUE(release_.due()) << "for the other one";
