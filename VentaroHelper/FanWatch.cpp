@@ -2,7 +2,6 @@
 
 #include "SensorCatalog.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace ventaro {
@@ -28,9 +27,12 @@ void FanWatch::begin() {
     startLook();
 }
 
-void FanWatch::forced(int fan, const FanRange& range) {
-    ranges_[fan] = range;
+void FanWatch::willForce(int fan, const FanRange& range) {
     startTicking();
+    ranges_[fan] = range;
+    // What the look under way has found of it is no longer so.
+    isAnyForced_ = true;
+    std::erase_if(lowFans_, [fan](const FanRelease::Fan& low) { return low.index == fan; });
 }
 
 void FanWatch::startTicking() {
@@ -117,9 +119,10 @@ std::optional<std::string> FanWatch::refusal(double rpm, const FanRange& range) 
         return std::nullopt;
     }
     return std::string(*guard_.cause() == FanGuard::Reason::hot
-                           ? "Der Rechner war zu heiß. Bis er sich abgekühlt hat, "
-                           : "Die CPU-Temperatur war nicht lesbar. Bis sie es ist, ") +
-           "nimmt der Helper nur macOS-Automatik oder mindestens 90 % an.";
+                           ? "Der Rechner war zu heiß. Bis er "
+                           : "Die CPU-Temperatur war nicht lesbar. Bis sie ") +
+           "eine halbe Minute unter 90 °C war, nimmt der Helper nur macOS-Automatik oder "
+           "mindestens 90 % an.";
 }
 
 } // namespace ventaro

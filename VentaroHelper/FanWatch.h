@@ -28,8 +28,9 @@ public:
 
     /// Looks at once, and goes on if a fan is forced, or may be.
     void begin();
-    /// Somebody has forced a fan.
-    void forced(int fan, const FanRange& range);
+    /// A fan is about to be forced. Throws std::system_error, and looks after nothing, if there is
+    /// no descriptor for a timer.
+    void willForce(int fan, const FanRange& range);
     /// Why a fan may not be forced to `rpm` now, German; no value if it may.
     std::optional<std::string> refusal(double rpm, const FanRange& range) const;
 

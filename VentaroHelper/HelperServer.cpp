@@ -104,7 +104,8 @@ void HelperServer::workIfDue(bool isQuiet) {
     // Requests come first, but nobody who keeps asking may hold the work up.
     constexpr auto longestDelay = std::chrono::milliseconds(500);
     const auto due = work_.due();
-    if (due && Clock::now() >= *due + (isQuiet ? std::chrono::milliseconds(0) : longestDelay)) {
+    if (due && !loop_.isStopped() &&
+        Clock::now() >= *due + (isQuiet ? std::chrono::milliseconds(0) : longestDelay)) {
         work_.step();
     }
 }

@@ -96,6 +96,7 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
         return refusal("Ob " + name +
                        " auf macOS-Automatik ist, kann nicht gelesen werden. Nichts geändert.");
     }
+    watch_.willForce(index, range);
     try {
         smc_.setFanTargetRPM(index, *request.rpm, range);
     } catch (const SMCError&) {
@@ -105,7 +106,6 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
         throw;
     }
     release_.forget(index);
-    watch_.forced(index, range);
     const auto target = smc_.readFanTargetRPM(index);
     // The SMC has the last word on the speed; one that does not say it has still been set.
     const std::string speed =

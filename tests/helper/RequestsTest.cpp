@@ -204,7 +204,13 @@ TEST_F(Handling, TheWatchFreesFansThatAreForcedLowOnAHotMachine) {
     watch_.begin();
     look();
     EXPECT_EQ(clock_.tickers, 0) << "nothing is forced, nobody wakes up";
+    watch_.begin();
+    for (int piece = 0; piece < 10; ++piece) {
+        watch_.step(); // both fans are found automatic
+    }
     EXPECT_TRUE(handle(setFanRPM, 0, 2000).success);
+    look();
+    EXPECT_EQ(clock_.tickers, 1) << "forced while the look was under way";
     EXPECT_TRUE(handle(setFanRPM, 1, 5000).success); // 94 % of its range
     EXPECT_EQ(clock_.tickers, 1);
     smc_.faults().add("TC5C value 6300"); // 99 °C, while the die says something else
@@ -217,8 +223,8 @@ TEST_F(Handling, TheWatchFreesFansThatAreForcedLowOnAHotMachine) {
     EXPECT_EQ(service_.readFanForced(1), true) << "fast enough";
     EXPECT_EQ(handle(setFanRPM, 0, 5200),
               (HelperResponse{false,
-                              "Der Rechner war zu heiß. Bis er sich abgekühlt hat, nimmt der "
-                              "Helper nur macOS-Automatik oder mindestens 90 % an.",
+                              "Der Rechner war zu heiß. Bis er eine halbe Minute unter 90 °C war, "
+                              "nimmt der Helper nur macOS-Automatik oder mindestens 90 % an.",
                               1}));
     EXPECT_TRUE(handle(setFanRPM, 0, 5300).success);
     EXPECT_TRUE(handle(resetAllAuto).success);
