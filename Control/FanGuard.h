@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FanLimits.h"
+#include "HelperIPC.h"
 
 #include <optional>
 #include <string_view>
@@ -34,7 +35,7 @@ public:
         bool knowsCpuDie_ = false;
     };
 
-    enum class Reason { hot, blind };
+    using Reason = GuardCause;
 
     /// Why the fans that are forced low have to be freed now; no value if they may stay.
     std::optional<Reason> judge(const Look& look);

@@ -64,17 +64,40 @@ HelperRequest decodeHelperRequest(std::string_view json) {
     return request;
 }
 
+std::string_view rawValue(GuardCause cause) { return cause == GuardCause::hot ? "hot" : "blind"; }
+
 std::string encodeJson(const HelperResponse& response) {
-    return JsonObjectWriter()
-        .boolean("success", response.success)
+    JsonObjectWriter object;
+    object.boolean("success", response.success)
         .string("message", response.message)
-        .integer("version", response.version)
-        .text();
+        .integer("version", response.version);
+    if (response.guard) {
+        object.string("guard", rawValue(*response.guard));
+    }
+    if (response.build) {
+        object.string("build", *response.build);
+    }
+    if (response.started) {
+        object.integer("started", *response.started);
+    }
+    return object.text();
 }
 
 HelperResponse decodeHelperResponse(std::string_view json) {
     const JsonObjectReader object(json);
-    return {object.boolean("success"), object.string("message"), object.integer("version")};
+    HelperResponse response{object.boolean("success"), object.string("message"),
+                            object.integer("version")};
+    if (object.has("guard")) {
+        const bool isHot = object.string("guard") == rawValue(GuardCause::hot);
+        response.guard = isHot ? GuardCause::hot : GuardCause::blind;
+    }
+    if (object.has("build")) {
+        response.build = object.string("build");
+    }
+    if (object.has("started")) {
+        response.started = object.integer("started");
+    }
+    return response;
 }
 
 bool isUsableHelper(const HelperResponse& pingResponse) {

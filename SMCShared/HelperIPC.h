@@ -39,11 +39,26 @@ struct HelperRequest {
     bool operator==(const HelperRequest&) const = default;
 };
 
+/// Why the helper's guard refuses low speeds.
+enum class GuardCause {
+    hot,   ///< the machine was too hot with its fans forced low
+    blind, ///< the CPU's temperature did not read
+};
+
+/// The text that travels on the wire.
+std::string_view rawValue(GuardCause cause);
+
 /// The helper's answer.
 struct HelperResponse {
     bool success;
     std::string message;  ///< a German sentence for the user
     std::int64_t version; ///< the helper's protocol version
+    /// In the answer to a ping, and to a speed that is refused because of it.
+    std::optional<GuardCause> guard{};
+    /// In the answer to a ping, unless the helper is an old one: its version, and when it was
+    /// started, in milliseconds since 1970.
+    std::optional<std::string> build{};
+    std::optional<std::int64_t> started{};
 
     bool operator==(const HelperResponse&) const = default;
 };

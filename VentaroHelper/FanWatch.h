@@ -31,6 +31,8 @@ public:
     /// A fan is about to be forced. Throws std::system_error, and looks after nothing, if there is
     /// no descriptor for a timer.
     void willForce(int fan, const FanRange& range);
+    /// Why low speeds are refused; no value if they are not.
+    std::optional<GuardCause> cause() const { return guard_.cause(); }
     /// Why a fan may not be forced to `rpm` now, German; no value if it may.
     std::optional<std::string> refusal(double rpm, const FanRange& range) const;
 

@@ -38,7 +38,7 @@ HelperResponse RequestHandler::handle(const HelperRequest& request) {
 HelperResponse RequestHandler::carryOut(const HelperRequest& request) {
     switch (request.action) {
     case HelperAction::ping:
-        return done("VentaroHelper ist bereit.");
+        return answerToPing();
     case HelperAction::setFanRPM:
         return setFanRPM(request);
     case HelperAction::resetFanAuto:
@@ -47,6 +47,15 @@ HelperResponse RequestHandler::carryOut(const HelperRequest& request) {
         return resetAllAuto();
     }
     return refusal("Unbekannte Aktion.");
+}
+
+HelperResponse RequestHandler::answerToPing() const {
+    HelperResponse response = done("VentaroHelper ist bereit.");
+    response.guard = watch_.cause();
+    response.build = VENTARO_VERSION;
+    response.started =
+        std::chrono::floor<std::chrono::milliseconds>(started_).time_since_epoch().count();
+    return response;
 }
 
 int RequestHandler::fanCount() {
@@ -89,7 +98,9 @@ HelperResponse RequestHandler::setFanRPM(const HelperRequest& request) {
                        formatRounded(range.maximum) + " RPM. Darauf ist kein Verlass.");
     }
     if (const auto refused = watch_.refusal(*request.rpm, range)) {
-        return refusal(*refused);
+        HelperResponse response = refusal(*refused);
+        response.guard = watch_.cause();
+        return response;
     }
     const auto wasForced = smc_.readFanForced(index);
     if (!wasForced) {

@@ -6,6 +6,7 @@
 #include "HelperLog.h"
 #include "SMCService.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <variant>
@@ -27,6 +28,7 @@ private:
     using Fan = FanRelease::Fan;
 
     HelperResponse carryOut(const HelperRequest& request);
+    HelperResponse answerToPing() const;
     HelperResponse setFanRPM(const HelperRequest& request);
     HelperResponse resetFanAuto(const HelperRequest& request);
     HelperResponse resetAllAuto();
@@ -41,6 +43,7 @@ private:
     FanWatch& watch_;
     const HelperLog& log_;
     std::optional<int> knownFanCount_;
+    const std::chrono::system_clock::time_point started_ = std::chrono::system_clock::now();
 };
 
 } // namespace ventaro

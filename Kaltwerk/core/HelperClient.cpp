@@ -125,11 +125,12 @@ HelperResponse HelperClient::sendSocketRequest(const HelperRequest& request) con
     return decodeHelperResponse({buffer.data(), static_cast<std::size_t>(received)});
 }
 
-bool HelperClient::isDaemonActive() const {
+std::optional<HelperResponse> HelperClient::ping() const {
     try {
-        return isUsableHelper(sendSocketRequest({HelperAction::ping, std::nullopt, std::nullopt}));
+        HelperResponse answer = sendSocketRequest({HelperAction::ping, std::nullopt, std::nullopt});
+        return isUsableHelper(answer) ? std::optional(std::move(answer)) : std::nullopt;
     } catch (const std::exception&) {
-        return false;
+        return std::nullopt;
     }
 }
 

@@ -79,8 +79,10 @@ public:
     /// false is returned like any other. Throws HelperClientError, EncodingError, DecodingError.
     HelperResponse sendSocketRequest(const HelperRequest& request) const;
 
-    /// Whether a helper that this program can use answers a ping. Blocks like an exchange.
-    bool isDaemonActive() const;
+    /// The answer to a ping of a helper that this program can use; no value if there is none.
+    /// Blocks like an exchange.
+    std::optional<HelperResponse> ping() const;
+    bool isDaemonActive() const { return ping().has_value(); }
 
     /// Installs the helper from the bundle, or installs it anew, with the administrator's consent,
     /// and returns once it answers. Blocks as long as the dialog is open and, if the helper does

@@ -78,11 +78,11 @@ void HelperClient::installPrivilegedDaemon() const {
     writeFileAtomically(installation_.machineRoot.resolve(temporaryPropertyListPath),
                         launchDaemonPropertyList(), readableByAll);
 
-    const auto socketTime = [this] {
-        std::error_code isMissing;
-        return std::filesystem::last_write_time(socketPath_, isMissing);
+    const auto before = ping();
+    const auto answersAnew = [&] { // the one before may still answer on its way out
+        const auto answer = ping();
+        return answer && (!before || !answer->started || answer->started != before->started);
     };
-    const auto before = socketTime();
     const std::string source = shellQuoted(replaceAll(helper->string(), '\'', "'\\''"));
     const std::string binary = shellQuoted(HelperConstants::helperBinaryInstallPath);
     const std::string list = shellQuoted(HelperConstants::launchDaemonPlistPath);
@@ -95,13 +95,12 @@ void HelperClient::installPrivilegedDaemon() const {
         " && "));
 
     for (int probe = 0; probe < probes; ++probe) {
-        // The one before may still answer on its way out; the new one has made its own socket.
-        if (socketTime() != before && isDaemonActive()) {
+        if (answersAnew()) {
             return;
         }
         installation_.pause(pause);
     }
-    if (!isDaemonActive()) {
+    if (!answersAnew()) {
         throw HelperClientError(HelperClientError::Code::installedHelperSilent);
     }
 }

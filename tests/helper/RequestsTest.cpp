@@ -103,8 +103,11 @@ TEST_F(Handling, SentencesTellWhatWasDoneAndWhatCannotBe) {
         smc_.faults().clear();
         smc_.faults().addAll(row.faults);
         writes_ = 0;
-        EXPECT_EQ(handle(row.action, row.fan, row.rpm),
-                  (HelperResponse{row.success, row.sentence, 1}));
+        HelperResponse response = handle(row.action, row.fan, row.rpm);
+        EXPECT_EQ(response.build.has_value() && response.started > 0, row.action == ping);
+        response.build.reset();
+        response.started.reset();
+        EXPECT_EQ(response, (HelperResponse{row.success, row.sentence, 1}));
         EXPECT_EQ(writes_, row.writes) << row.sentence;
     }
 }
@@ -225,7 +228,8 @@ TEST_F(Handling, TheWatchFreesFansThatAreForcedLowOnAHotMachine) {
               (HelperResponse{false,
                               "Der Rechner war zu heiß. Bis er eine halbe Minute unter 90 °C war, "
                               "nimmt der Helper nur macOS-Automatik oder mindestens 90 % an.",
-                              1}));
+                              1, GuardCause::hot}));
+    EXPECT_EQ(handle(ping).guard, GuardCause::hot);
     EXPECT_TRUE(handle(setFanRPM, 0, 5300).success);
     EXPECT_TRUE(handle(resetAllAuto).success);
     smc_.faults().clear();
@@ -234,6 +238,7 @@ TEST_F(Handling, TheWatchFreesFansThatAreForcedLowOnAHotMachine) {
         look();
     }
     EXPECT_EQ(clock_.tickers, 0);
+    EXPECT_FALSE(handle(ping).guard);
     EXPECT_TRUE(handle(setFanRPM, 0, 2000).success);
 
     smc_.faults().addAll("TCXC read-fails\nTC0F value 0000\nTC0E value 8100\nF0Tg read-fails");

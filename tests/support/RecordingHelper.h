@@ -27,6 +27,10 @@ public:
     static std::string accept(const std::string& message, std::int64_t version = 1) {
         return encodeJson(HelperResponse{true, message, version});
     }
+    /// The answer to a ping from a helper that was started at `started`.
+    static std::string acceptSince(std::int64_t started) {
+        return encodeJson(HelperResponse{true, "gut", 1, {}, "1.0", started});
+    }
     static std::string refuse(const std::string& message) {
         return encodeJson(HelperResponse{false, message, 1});
     }
