@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FanLimits.h"
+#include "FanReadBack.h"
 #include "IOKit.h"
 #include "SMCError.h"
 #include "SMCKeyData.h"
@@ -47,6 +48,12 @@ struct SMCRawValue {
     SMCBytes bytes;
 };
 
+/// The fans as they are shown and as they are held.
+struct FanSurvey {
+    std::vector<FanReading> fans;
+    std::vector<FanReadBack> readBacks; ///< of all that can be steered
+};
+
 /// The one object that talks to the System Management Controller. Any thread may call any
 /// operation; one lock serialises every kernel exchange and the key-information cache. It is held
 /// per key, so operations on several keys may interleave with others.
@@ -90,7 +97,10 @@ public:
     int steerableFanCount();
     /// Every fan, in index order; values that do not read are replaced by the machine's defaults.
     /// Never throws.
-    std::vector<FanReading> readFans();
+    std::vector<FanReading> readFans() { return surveyFans().fans; }
+    /// The same, with what is known of who steers them; no more exchanges where each fan has a mode
+    /// that reads. Never throws.
+    FanSurvey surveyFans();
     /// The speed that the SMC steers the fan to, in RPM; no value if it does not say.
     std::optional<double> readFanTargetRPM(int fanIndex);
     /// Whether the fan is forced, by its mode key or by the force mask. A machine that is known to
@@ -144,6 +154,8 @@ private:
     SMCKeyData_t valueRequestLocked(std::string_view key, std::uint8_t command);
     /// Whether the machine has the key. Throws SMCError if that cannot be found out.
     bool has(std::string_view key);
+    /// By the mode that was just read, or else by the force mask.
+    FanHold holdOf(int fanIndex, std::optional<double> mode);
     /// No value on a machine without the mask. Throws SMCError if it does not read.
     std::optional<std::uint16_t> readForceMask();
 

@@ -16,8 +16,12 @@ std::string fanKey(int fanIndex, const char* suffix) {
 }
 
 /// A limit that is not a number bounds nothing, so a write falls back to the default for it too.
-double limitOr(std::optional<double> limit, double fallback) {
-    return limit && std::isfinite(*limit) ? *limit : fallback;
+FanRange usableRange(int fanIndex, std::optional<double> minimum, std::optional<double> maximum) {
+    const auto limitOr = [](std::optional<double> limit, double fallback) {
+        return limit && std::isfinite(*limit) ? *limit : fallback;
+    };
+    const FanRange builtIn = builtInRange(fanIndex);
+    return {limitOr(minimum, builtIn.minimum), limitOr(maximum, builtIn.maximum)};
 }
 
 bool isForcedMode(double mode) { return std::trunc(mode) == 1; }
@@ -54,23 +58,48 @@ int SMCService::steerableFanCount() {
     return count == 0 && readDouble(fanKey(0, "Ac")) ? defaultFanCount : count;
 }
 
-std::vector<FanReading> SMCService::readFans() {
+FanHold SMCService::holdOf(int fanIndex, std::optional<double> mode) {
+    const auto hold = [](bool isForced) { return isForced ? FanHold::forced : FanHold::automatic; };
+    try {
+        if (mode) {
+            return hold(isForcedMode(*mode));
+        }
+        if (has(fanKey(fanIndex, "Md"))) {
+            return FanHold::unread;
+        }
+        const auto mask = readForceMask();
+        return mask ? hold((*mask & forceBit(fanIndex)) != 0) : FanHold::untold;
+    } catch (const SMCError&) {
+        return FanHold::unread;
+    }
+}
+
+FanSurvey SMCService::surveyFans() {
+    FanSurvey survey;
     const int count = fanCount();
-    std::vector<FanReading> fans;
-    fans.reserve(static_cast<std::size_t>(count));
-    for (int index = 0; index < count; ++index) {
+    const int steerable = count > 0 ? count : steerableFanCount();
+    survey.fans.reserve(static_cast<std::size_t>(count));
+    survey.readBacks.reserve(static_cast<std::size_t>(steerable));
+    for (int index = 0; index < steerable; ++index) {
         FanReading fan;
         fan.id = index;
         fan.name = fanName(index, count);
         fan.currentRPM = readDouble(fanKey(index, "Ac")).value_or(0);
-        fan.minRPM = readDouble(fanKey(index, "Mn")).value_or(builtInRange(index).minimum);
-        fan.maxRPM = readDouble(fanKey(index, "Mx")).value_or(builtInRange(index).maximum);
-        fan.targetRPM = readDouble(fanKey(index, "Tg")).value_or(fan.currentRPM);
-        const double mode = readDouble(fanKey(index, "Md")).value_or(0);
-        fan.mode = isForcedMode(mode) ? FanMode::forced : FanMode::automatic;
-        fans.push_back(std::move(fan));
+        const auto minimum = readDouble(fanKey(index, "Mn"));
+        const auto maximum = readDouble(fanKey(index, "Mx"));
+        fan.minRPM = minimum.value_or(builtInRange(index).minimum);
+        fan.maxRPM = maximum.value_or(builtInRange(index).maximum);
+        const auto target = readDouble(fanKey(index, "Tg"));
+        fan.targetRPM = target.value_or(fan.currentRPM);
+        const auto mode = readDouble(fanKey(index, "Md"));
+        fan.mode = isForcedMode(mode.value_or(0)) ? FanMode::forced : FanMode::automatic;
+        survey.readBacks.push_back(
+            {index, holdOf(index, mode), target, usableRange(index, minimum, maximum)});
+        if (index < count) {
+            survey.fans.push_back(std::move(fan));
+        }
     }
-    return fans;
+    return survey;
 }
 
 std::optional<double> SMCService::readFanTargetRPM(int fanIndex) {
@@ -88,22 +117,13 @@ std::optional<std::uint16_t> SMCService::readForceMask() {
 }
 
 std::optional<bool> SMCService::readFanForced(int fanIndex) {
-    const std::string modeKey = fanKey(fanIndex, "Md");
-    try {
-        if (has(modeKey)) {
-            const auto mode = readDouble(modeKey);
-            return mode ? std::optional(isForcedMode(*mode)) : std::nullopt;
-        }
-        return (readForceMask().value_or(0) & forceBit(fanIndex)) != 0;
-    } catch (const SMCError&) {
-        return std::nullopt;
-    }
+    const FanHold hold = holdOf(fanIndex, readDouble(fanKey(fanIndex, "Md")));
+    return hold == FanHold::unread ? std::nullopt : std::optional(hold == FanHold::forced);
 }
 
 FanRange SMCService::readFanRange(int fanIndex) {
-    const FanRange builtIn = builtInRange(fanIndex);
-    return {limitOr(readDouble(fanKey(fanIndex, "Mn")), builtIn.minimum),
-            limitOr(readDouble(fanKey(fanIndex, "Mx")), builtIn.maximum)};
+    const auto minimum = readDouble(fanKey(fanIndex, "Mn"));
+    return usableRange(fanIndex, minimum, readDouble(fanKey(fanIndex, "Mx")));
 }
 
 void SMCService::setFanTargetRPM(int fanIndex, double rpm, const FanRange& range) {
