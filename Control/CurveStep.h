@@ -2,6 +2,7 @@
 
 #include "FanCurve.h"
 #include "FanTargets.h"
+#include "TelemetryRecords.h"
 
 #include <span>
 

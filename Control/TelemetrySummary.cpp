@@ -3,18 +3,10 @@
 #include "NumberFormat.h"
 
 #include <algorithm>
-#include <optional>
-#include <string_view>
 
 namespace ventaro {
 
 namespace {
-
-std::optional<double> valueOf(std::span<const SensorReading> sensors, std::string_view key) {
-    const auto found = std::find_if(sensors.begin(), sensors.end(),
-                                    [key](const auto& sensor) { return sensor.key == key; });
-    return found == sensors.end() ? std::nullopt : std::optional(found->value);
-}
 
 std::optional<double> hottestOf(std::span<const SensorReading> sensors, SensorCategory category) {
     std::optional<double> hottest;
@@ -32,10 +24,16 @@ double firstOf(std::optional<double> preferred, std::optional<double> fallback) 
 
 } // namespace
 
+std::optional<double> valueOf(std::span<const SensorReading> sensors, std::string_view key) {
+    const auto found = std::find_if(sensors.begin(), sensors.end(),
+                                    [key](const auto& sensor) { return sensor.key == key; });
+    return found == sensors.end() ? std::nullopt : std::optional(found->value);
+}
+
 TelemetrySummary summarize(std::span<const SensorReading> sensors) {
-    return {firstOf(valueOf(sensors, "TCXC"), hottestOf(sensors, SensorCategory::cpu)),
-            firstOf(valueOf(sensors, "TGDD"), hottestOf(sensors, SensorCategory::gpu)),
-            firstOf(valueOf(sensors, "PDTR"), valueOf(sensors, "PSTR"))};
+    return {firstOf(valueOf(sensors, cpuPackageKey), hottestOf(sensors, SensorCategory::cpu)),
+            firstOf(valueOf(sensors, gpuDieKey), hottestOf(sensors, SensorCategory::gpu)),
+            firstOf(valueOf(sensors, adapterPowerKey), valueOf(sensors, systemPowerKey))};
 }
 
 std::string summaryText(double rpm, double celsius) {

@@ -2,10 +2,23 @@
 
 #include "TelemetryRecords.h"
 
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace ventaro {
+
+/// The keys that the figures of the whole machine are read from, each with its neighbour.
+constexpr const char* cpuPackageKey = "TCXC";
+constexpr const char* cpuDieKey = "TC0F";
+constexpr const char* gpuDieKey = "TGDD";
+constexpr const char* gpuProximityKey = "TG0P";
+constexpr const char* adapterPowerKey = "PDTR";
+constexpr const char* systemPowerKey = "PSTR";
+
+/// The value of the sensor with this key; no value if there is none.
+std::optional<double> valueOf(std::span<const SensorReading> sensors, std::string_view key);
 
 /// The three figures that stand for the whole machine; 0 for what no sensor tells.
 struct TelemetrySummary {

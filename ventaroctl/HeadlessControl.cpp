@@ -2,7 +2,6 @@
 
 #include "ChangeLog.h"
 #include "FanControllerViewModel.h"
-#include "ProfileKeeper.h"
 #include "SavedSettings.h"
 #include "SignalWatch.h"
 #include "Tables.h"
@@ -95,19 +94,28 @@ void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper
     UserSession& session = *platform.session;
     const SavedSettings saved = loadedSettings(*session.defaults);
     session.defaults = std::make_unique<TransientDefaults>(std::move(session.defaults));
-    FanControllerViewModel controller(
-        {smc, helper, SystemHardwareInspector::shared(), platform.machineRoot, session, tasks});
+    FanControllerViewModel controller({smc, helper, SystemHardwareInspector::shared(),
+                                       platform.machineRoot, session, tasks, "ventaroctl run"});
     adopt(controller, saved, options);
     const ChangeLog log(controller, options.json);
-    const ProfileKeeper keeper(controller, options.profile, log);
     log.line(
         JsonObjectWriter().string("event", "start").string("profile", rawValue(options.profile)),
         watchTitle(platform.machineKind) + ", profile " + std::string(rawValue(options.profile)) +
             ". Ctrl-C hands the fans back.");
+    bool isControlLost = false;
+    QObject::connect(&controller, &FanControllerViewModel::controlLost, &application, [&] {
+        isControlLost = true;
+        QCoreApplication::quit();
+    });
+    controller.selectProfile(options.profile);
 
     QCoreApplication::exec();
+    controller.setResetToAutoOnQuit(!isControlLost);
     signals.takeInterrupt();
     controller.shutdown();
+    if (isControlLost) {
+        return;
+    }
     handFansBack(smc, helper, options.patience, signals, log);
     log.line(JsonObjectWriter().string("event", "end"), "The fans are automatic again.");
 }

@@ -1,3 +1,4 @@
+#include "ControlHolder.h"
 #include "CurveArgument.h"
 #include "EventLoop.h"
 #include "FileDescriptor.h"
@@ -68,6 +69,17 @@ std::vector<std::string> sourceNames() {
     return names;
 }
 
+/// Throws CommandError if another program steers the fans and is not to let go, or does not.
+void requireControl(const ControlHolder& holder, bool takeOver) {
+    if (takeOver && !holder.otherLettingGo()()) {
+        throw CommandError(holder.other().value_or("Another program") +
+                           " does not let go of the fans.");
+    }
+    if (const auto other = holder.other()) {
+        throw CommandError(*other + " is steering the fans; --take-over makes it let go.");
+    }
+}
+
 /// Takes a profiler along when a signal ends this program.
 void endProfilerOnSignals() {
     static const auto& signals = *new StopSignals; // the thread may outlive main
@@ -121,6 +133,12 @@ int run(int argc, char** argv) {
     auto* runCommand = command("run", "control the fans until Ctrl-C, then hand them back");
     const auto* install = command("install", "install the helper; asks for an administrator");
     const auto* uninstall = command("uninstall", "hand the fans back and remove the helper");
+
+    bool takeOver = false;
+    for (auto* forcing : {set, profile, runCommand}) {
+        forcing->add_flag("--take-over", takeOver,
+                          "make the program that steers the fans now let go of them");
+    }
 
     double interval = 1;
     int count = 0;
@@ -192,6 +210,13 @@ int run(int argc, char** argv) {
     if (profile->parsed() || runCommand->parsed() || install->parsed() || uninstall->parsed() ||
         hardware->parsed()) {
         platform.session = makeHostSession(platform);
+    }
+    const ControlHolder holder(platform.machineRoot, "ventaroctl");
+    if (set->parsed() || profile->parsed() || runCommand->parsed()) {
+        requireControl(holder, takeOver);
+    } else if (automatic->parsed() && !holder.otherLettingGo()()) {
+        std::cerr << holder.other().value_or("Another program")
+                  << " does not let go of the fans and may force them again.\n";
     }
     int exitCode = EXIT_SUCCESS;
     Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,

@@ -27,6 +27,12 @@ public:
         return passage.isGranted() ? std::optional(exchange()) : std::nullopt;
     }
 
+    /// Waits for the exchange that is under way.
+    void settle() {
+        std::unique_lock guard(lock_);
+        changed_.wait(guard, [this] { return !isUnderWay_; });
+    }
+
     /// Lets nothing through any more and waits for the exchange that is under way.
     void close() {
         std::unique_lock guard(lock_);

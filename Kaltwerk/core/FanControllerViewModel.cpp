@@ -1,5 +1,6 @@
 #include "FanControllerViewModel.h"
 
+#include "ControlHolder.h"
 #include "ControlSettings.h"
 #include "DispatchGate.h"
 #include "FanRequests.h"
@@ -30,7 +31,9 @@ FanControllerViewModel::FanControllerViewModel(const FanControllerDependencies& 
       settings_(std::make_unique<ControlSettings>(*session_.defaults)),
       telemetry_(std::make_unique<TelemetryMonitor>(dependencies.smc, *session_.clock,
                                                     dependencies.tasks)),
-      requests_(std::make_unique<FanRequests>(helper_, dependencies.tasks)),
+      holder_(std::make_unique<ControlHolder>(dependencies.machineRoot, dependencies.program)),
+      requests_(std::make_unique<FanRequests>(helper_, *holder_, dependencies.tasks,
+                                              [this] { return telemetry_->begunReadouts(); })),
       helperStatus_(std::make_unique<HelperStatus>(helper_, *session_.runningApplications,
                                                    dependencies.tasks)),
       loginItem_(std::make_unique<LoginItem>(session_, dependencies.machineRoot)),
@@ -68,6 +71,7 @@ void FanControllerViewModel::passOnChanges() {
     passOn(telemetry_, &TelemetryMonitor::summaryTextChanged, &Self::menuBarSummaryTextChanged);
     passOn(telemetry_, &TelemetryMonitor::isReadingChanged, &Self::isPollingInFlightChanged);
     passOn(requests_, &FanRequests::lastTargetsChanged, &Self::lastAppliedRPMsChanged);
+    passOn(requests_, &FanRequests::controlLost, &Self::controlLost);
     passOn(helperStatus_, &HelperStatus::isInstalledChanged, &Self::isHelperInstalledChanged);
     passOn(helperStatus_, &HelperStatus::isInstallingChanged, &Self::isInstallingHelperChanged);
     passOn(helperStatus_, &HelperStatus::isCompetitorRunningChanged,
@@ -84,10 +88,16 @@ void FanControllerViewModel::connectParts() {
     connect(loginItem_.get(), &LoginItem::reported, line, &StatusLine::report);
     connect(requests_.get(), &FanRequests::helperSeen, helperStatus_.get(),
             &HelperStatus::setInstalled);
+    connect(requests_.get(), &FanRequests::guardSeen, helperStatus_.get(), &HelperStatus::setGuard);
+    connect(requests_.get(), &FanRequests::curveStepDue, this,
+            [this] { applySmartCurveStep(true); });
+    connect(telemetry_.get(), &TelemetryMonitor::published, this, &Self::onReadout);
     connect(requests_.get(), &FanRequests::answered, telemetry_.get(),
             [this] { telemetry_->refresh(false); });
-    connect(helperStatus_.get(), &HelperStatus::uninstalled, this,
-            [this] { setActiveProfile(ControlProfile::systemAuto); });
+    connect(helperStatus_.get(), &HelperStatus::uninstalled, this, [this] {
+        requests_->wishNothing();
+        setActiveProfile(ControlProfile::systemAuto);
+    });
 }
 
 void FanControllerViewModel::startMonitoring() {
@@ -120,8 +130,18 @@ void FanControllerViewModel::tick() {
     }
 }
 
+void FanControllerViewModel::onReadout(const TelemetryReadout& readout) {
+    temperatures_.see(readout.cpuCelsius, readout.gpuCelsius, tickCount_);
+    requests_->onReadout({.number = readout.number,
+                          .tick = tickCount_,
+                          .source = temperatures_.state(curveSensorSource()),
+                          .fans = readout.readBacks,
+                          .isHelperThere = isHelperInstalled(),
+                          .isGuardUp = helperStatus_->guard().has_value()});
+}
+
 void FanControllerViewModel::handleAppTermination() const {
-    if (!resetToAutoOnQuit()) {
+    if (!resetToAutoOnQuit() || holder_->other()) {
         return;
     }
     try {

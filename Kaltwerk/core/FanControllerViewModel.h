@@ -4,6 +4,7 @@
 #include "FanCurve.h"
 #include "FanTargets.h"
 #include "HardwareSections.h"
+#include "SteeringTemperatures.h"
 #include "TelemetryRecords.h"
 #include "TelemetrySample.h"
 
@@ -17,6 +18,7 @@
 
 namespace ventaro {
 
+class ControlHolder;
 class ControlSettings;
 class DetachedTasks;
 class DispatchGate;
@@ -32,6 +34,7 @@ class StatusLine;
 class SystemHardwareInspector;
 class TaskRunner;
 class TelemetryMonitor;
+struct TelemetryReadout;
 struct UserSession;
 
 /// What a controller works with. All must outlive the controller and the tasks it has started.
@@ -42,6 +45,7 @@ struct FanControllerDependencies {
     const MachineRoot& machineRoot;
     UserSession& session;
     TaskRunner& tasks;
+    std::string program = "Ventaro"; ///< what other programs call this one
 };
 
 /// The one controller of the application, and all that the views know: it brings the parts together
@@ -176,6 +180,9 @@ public:
     /// Follows the curve: has new speeds set if one has moved by 45 RPM or more, or if forced.
     Q_INVOKABLE void applySmartCurveStep(bool force);
 
+    /// Has whoever else steers the fans let go of them, and then the active profile set again.
+    Q_INVOKABLE void takeOverControl();
+
     /// Finds out whether the helper answers and whether a competing program runs.
     void checkHelperAndConflictsAsync();
     /// Installs the helper unless that is under way. The administrator is asked.
@@ -229,6 +236,8 @@ Q_SIGNALS:
     void isPollingInFlightChanged();
     void lastAppliedRPMsChanged();
     void tickCountChanged();
+    /// Another program steers the fans from now on.
+    void controlLost();
 
 private:
     QString statusText() const { return QString::fromStdString(statusMessage().value_or("")); }
@@ -239,6 +248,7 @@ private:
     void setManualSpeedsToFraction(double fraction);
     void sendManualSpeeds();
     void tick();
+    void onReadout(const TelemetryReadout& readout);
 
     const HelperClient& helper_;
     UserSession& session_;
@@ -247,12 +257,14 @@ private:
     const std::unique_ptr<StatusLine> statusLine_;
     const std::unique_ptr<ControlSettings> settings_;
     const std::unique_ptr<TelemetryMonitor> telemetry_;
+    const std::unique_ptr<ControlHolder> holder_;
     const std::unique_ptr<FanRequests> requests_;
     const std::unique_ptr<HelperStatus> helperStatus_;
     const std::unique_ptr<LoginItem> loginItem_;
     const std::unique_ptr<HardwareInventory> inventory_;
     std::unique_ptr<MonitoringTimer> timer_;
 
+    SteeringTemperatures temperatures_;
     ControlProfile activeProfile_ = ControlProfile::systemAuto;
     double currentCurveTargetPercent_ = 0;
     bool isSensorsTabVisible_ = false;

@@ -6,6 +6,7 @@
 #include "StoredField.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ventaro {
 
@@ -24,10 +25,15 @@ void FanControllerViewModel::selectProfile(ControlProfile profile) {
     } else if (profile == ControlProfile::systemAuto) {
         requests_->sendResetAllToAuto();
     } else if (profile == ControlProfile::smartCurve) {
+        requests_->wishCurve(temperatures_.celsius(curveSensorSource()).has_value());
         applySmartCurveStep(true);
     } else {
         applyManualSpeeds();
     }
+}
+
+void FanControllerViewModel::takeOverControl() {
+    requests_->takeOver([this] { selectProfile(activeProfile_); });
 }
 
 void FanControllerViewModel::seedManualSpeeds() {
@@ -82,10 +88,20 @@ double FanControllerViewModel::evaluateCurvePercent(double temperature) const {
 }
 
 void FanControllerViewModel::applySmartCurveStep(bool force) {
-    const CurveStep step = curveStep(curvePoints(), currentSourceTemperature(), fans());
+    CurveStep step = curveStep(curvePoints(), currentSourceTemperature(), fans());
     if (isWorthShowing(step.percent, currentCurveTargetPercent_)) {
         store(this, currentCurveTargetPercent_, step.percent,
               &Self::currentCurveTargetPercentChanged);
+    }
+    const auto celsius = temperatures_.celsius(curveSensorSource());
+    const FanSupervisor& supervisor = requests_->supervisor();
+    if (!celsius || supervisor.isCurveHeld() ||
+        (!force && supervisor.wish() != FanSupervisor::Wish::curve)) {
+        return; // the curve cannot see, the guard is up, or another program steers
+    }
+    constexpr double shownExactly = 0.1; // °C
+    if (!(std::abs(*celsius - currentSourceTemperature()) < shownExactly)) {
+        step = curveStep(curvePoints(), *celsius, fans()); // the shown one is not to be trusted
     }
     if (force || isWorthSending(step, lastAppliedRPMs())) {
         requests_->sendTargetRPMs(step.fan0, step.fan1, true);

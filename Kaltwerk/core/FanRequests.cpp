@@ -1,18 +1,18 @@
 #include "FanRequests.h"
 
+#include "ControlHolder.h"
 #include "DispatchGate.h"
 #include "HelperClient.h"
 #include "NumberFormat.h"
 #include "StoredField.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ventaro {
 
-namespace {
-
 /// How a dispatch ended.
-struct Outcome {
+struct FanRequests::Outcome {
     enum class Kind {
         notReady,  ///< no helper that can be used
         failed,    ///< a request did not get through
@@ -21,99 +21,271 @@ struct Outcome {
     };
     Kind kind;
     std::string failure;
-    std::vector<HelperResponse> answers;
+    Answers answers;
+
+    const HelperResponse* refusal() const {
+        const auto refused = std::find_if(answers.begin(), answers.end(),
+                                          [](const auto& answer) { return !answer.success; });
+        return refused == answers.end() ? nullptr : &*refused;
+    }
 };
 
-Outcome carryOut(const std::vector<HelperRequest>& requests, const HelperClient& helper,
-                 DispatchGate& gate, DispatchGate::Wish wish) {
+FanRequests::Outcome FanRequests::carryOut(const std::vector<HelperRequest>& requests,
+                                           const HelperClient& helper, DispatchGate& gate,
+                                           DispatchGate::Wish wish) {
+    using Kind = Outcome::Kind;
     const auto isReady = gate.pass(wish, [&] { return helper.isDaemonActive(); });
     if (isReady && !*isReady) {
-        return {Outcome::Kind::notReady, {}, {}};
+        return {Kind::notReady, {}, {}};
     }
-    Outcome outcome{Outcome::Kind::answered, {}, {}};
+    Outcome outcome{Kind::answered, {}, {}};
     for (const HelperRequest& request : requests) {
         try {
             auto answer = gate.pass(wish, [&] { return helper.sendSocketRequest(request); });
             if (!answer) {
-                return {Outcome::Kind::withdrawn, {}, {}};
+                return {Kind::withdrawn, {}, {}};
             }
             outcome.answers.push_back(std::move(*answer));
         } catch (const std::exception& error) {
-            return {Outcome::Kind::failed, error.what(), {}};
+            return {Kind::failed, error.what(), {}};
         }
     }
     return outcome;
 }
 
-} // namespace
-
-FanRequests::FanRequests(const HelperClient& helper, TaskRunner& tasks)
-    : helper_(helper), gate_(std::make_shared<DispatchGate>()), tasks_(tasks) {}
+FanRequests::FanRequests(const HelperClient& helper, ControlHolder& holder, TaskRunner& tasks,
+                         std::function<std::uint64_t()> begunReadouts)
+    : helper_(helper),
+      holder_(holder),
+      begunReadouts_(std::move(begunReadouts)),
+      gate_(std::make_shared<DispatchGate>()),
+      tasks_(tasks) {
+    connect(&holder_, &ControlHolder::letGoRequested, this, &FanRequests::letGo);
+}
 
 void FanRequests::forgetTargets() {
     store(this, lastTargets_, FanTargets(), &FanRequests::lastTargetsChanged);
 }
 
-void FanRequests::sendTargetRPMs(double fan0, double fan1, bool silentSuccess) {
-    if (gate_->isClosed()) {
-        return;
+bool FanRequests::mayForce() {
+    if (const auto other = holder_.claim()) {
+        supervisor_ = {};
+        Q_EMIT reported(*other + " steuert bereits die Lüfter.", true);
+        Q_EMIT supervised();
+        return false;
     }
-    store(this, lastTargets_, FanTargets{{0, fan0}, {1, fan1}}, &FanRequests::lastTargetsChanged);
-    dispatch({{HelperAction::setFanRPM, 0, fan0}, {HelperAction::setFanRPM, 1, fan1}},
-             [this, fan0, fan1, silentSuccess](const Answers& answers) {
-                 publishTargets(fan0, fan1, silentSuccess, answers);
-             });
+    return true;
 }
 
-void FanRequests::sendResetAllToAuto() {
-    if (gate_->isClosed()) {
-        return;
-    }
-    forgetTargets();
-    dispatch({{HelperAction::resetAllAuto, std::nullopt, std::nullopt}},
-             [this](const Answers& answers) {
-                 Q_EMIT reported(answers.front().message, !answers.front().success);
-             });
+void FanRequests::letGo(const std::string& by) {
+    wishNothing();
+    Q_EMIT reported(by + " hat die Steuerung der Lüfter übernommen.", false);
+    Q_EMIT controlLost();
 }
 
-void FanRequests::dispatch(std::vector<HelperRequest> requests,
-                           std::function<void(const Answers&)> publishAnswers) {
+void FanRequests::takeOver(std::function<void()> then) {
     tasks_.run(
         TaskPriority::userInitiated,
-        [&helper = helper_, gate = gate_, wish = gate_->newWish(), requests = std::move(requests)] {
-            return carryOut(requests, helper, *gate, wish);
-        },
-        [this, publishAnswers = std::move(publishAnswers)](const Outcome& outcome) {
-            switch (outcome.kind) {
-            case Outcome::Kind::notReady:
-                Q_EMIT helperSeen(false);
-                Q_EMIT reported("Bitte zuerst den Hintergrund-Helper oben per Klick installieren.",
+        [otherLetsGo = holder_.otherLettingGo()] { return otherLetsGo(); },
+        [this, then = std::move(then)](bool hasLetGo) {
+            if (hasLetGo) {
+                then();
+            } else {
+                Q_EMIT reported(holder_.other().value_or("") + " gibt die Lüfter nicht frei.",
                                 true);
-                return;
-            case Outcome::Kind::failed:
-                Q_EMIT reported(outcome.failure, true);
-                return;
-            case Outcome::Kind::answered:
-                Q_EMIT helperSeen(true);
-                publishAnswers(outcome.answers);
-                Q_EMIT answered();
-                return;
-            case Outcome::Kind::withdrawn:
-                return;
             }
         });
 }
 
-void FanRequests::publishTargets(double fan0, double fan1, bool silentSuccess,
-                                 const Answers& answers) {
-    const auto refused = std::find_if(answers.begin(), answers.end(),
-                                      [](const auto& answer) { return !answer.success; });
-    if (refused != answers.end()) {
-        Q_EMIT reported(refused->message, true);
-    } else if (!silentSuccess) {
-        Q_EMIT reported("Ziel-Drehzahl gesetzt: Links " + formatWhole(fan0) + " RPM · Rechts " +
-                            formatWhole(fan1) + " RPM",
-                        false);
+void FanRequests::wishCurve(bool isSourceKnown) {
+    if (!mayForce()) {
+        return;
+    }
+    supervisor_.wishCurve(isSourceKnown);
+    newestWish_ = gate_->newWish();
+}
+
+void FanRequests::wishNothing() {
+    supervisor_ = {};
+    newestWish_ = gate_->newWish();
+    Q_EMIT supervised();
+    tasks_.run(
+        TaskPriority::userInitiated,
+        [gate = gate_] {
+            gate->settle(); // nothing of this process comes after the next holder's requests
+            return true;
+        },
+        [this](bool) { releaseUnlessWished(); });
+}
+
+void FanRequests::releaseUnlessWished() {
+    if (supervisor_.wish() == FanSupervisor::Wish::none) {
+        holder_.release();
+    }
+}
+
+void FanRequests::sendTargetRPMs(double fan0, double fan1, bool silentSuccess) {
+    if (!mayForce()) {
+        return;
+    }
+    const FanTargets targets{{0, fan0}, {1, fan1}};
+    silentSuccess ? supervisor_.steer(targets) : supervisor_.wishSpeeds(targets);
+    sendTargets(targets, silentSuccess ? Report::failures : Report::everything);
+}
+
+void FanRequests::sendResetAllToAuto() {
+    supervisor_.wishAutomatic();
+    sendReset(Report::everything);
+}
+
+void FanRequests::sendTargets(const FanTargets& targets, Report report) {
+    if (gate_->isClosed()) {
+        return;
+    }
+    store(this, lastTargets_, targets, &FanRequests::lastTargetsChanged);
+    std::vector<HelperRequest> requests;
+    for (const auto& [fan, rpm] : targets) {
+        requests.push_back({HelperAction::setFanRPM, fan, rpm});
+    }
+    dispatch(std::move(requests), report,
+             "Ziel-Drehzahl gesetzt: Links " + formatWhole(targets.at(0)) + " RPM · Rechts " +
+                 formatWhole(targets.at(1)) + " RPM");
+}
+
+void FanRequests::sendReset(Report report) {
+    if (gate_->isClosed()) {
+        return;
+    }
+    forgetTargets();
+    dispatch({{HelperAction::resetAllAuto, std::nullopt, std::nullopt}}, report, {});
+}
+
+void FanRequests::dispatch(std::vector<HelperRequest> requests, Report report,
+                           const std::string& successMessage) {
+    const auto wish = newestWish_ = gate_->newWish();
+    tasks_.run(
+        TaskPriority::userInitiated,
+        [&helper = helper_, otherLetsGo = holder_.otherLettingGo(), gate = gate_, wish,
+         requests = std::move(requests)] {
+            if (requests.front().action == HelperAction::resetAllAuto) {
+                otherLetsGo(); // or else it would force them again
+            }
+            return carryOut(requests, helper, *gate, wish);
+        },
+        [this, wish, report, successMessage](const Outcome& outcome) {
+            publish(outcome, report, successMessage);
+            conclude(outcome, wish);
+        });
+}
+
+void FanRequests::publish(const Outcome& outcome, Report report,
+                          const std::string& successMessage) {
+    const auto say = [&](const std::string& message, bool isError) {
+        if (report == Report::everything || (report == Report::failures && isError) ||
+            (report == Report::recovery && !isError && isFailureReported_)) {
+            isFailureReported_ = isError;
+            Q_EMIT reported(message, isError);
+        }
+    };
+    switch (outcome.kind) {
+    case Outcome::Kind::notReady:
+        Q_EMIT helperSeen(false);
+        say("Bitte zuerst den Hintergrund-Helper oben per Klick installieren.", true);
+        return;
+    case Outcome::Kind::failed:
+        say(outcome.failure, true);
+        return;
+    case Outcome::Kind::answered: {
+        Q_EMIT helperSeen(true);
+        const HelperResponse* refusal = outcome.refusal();
+        const std::string& done =
+            outcome.answers.size() == 1 ? outcome.answers.front().message : successMessage;
+        say(refusal != nullptr ? refusal->message : done, refusal != nullptr);
+        return;
+    }
+    case Outcome::Kind::withdrawn:
+        return;
+    }
+}
+
+void FanRequests::conclude(const Outcome& outcome, DispatchGate::Wish wish) {
+    if (wish == newestWish_ && outcome.kind != Outcome::Kind::withdrawn) {
+        const HelperResponse* refusal = outcome.refusal();
+        const bool isGuarded = refusal != nullptr && refusal->guard;
+        if (isGuarded) {
+            Q_EMIT guardSeen(refusal->guard);
+        }
+        failure_ = refusal != nullptr         ? std::optional(refusal->message)
+                   : !outcome.failure.empty() ? std::optional(outcome.failure)
+                                              : std::nullopt;
+        carryOutStep(supervisor_.onOutcome(isGuarded ? FanSupervisor::Outcome::refusedByGuard
+                                                     : FanSupervisor::Outcome::ended,
+                                           tick_, begunReadouts_()));
+    }
+    if (outcome.kind == Outcome::Kind::answered) {
+        Q_EMIT answered();
+    }
+}
+
+void FanRequests::onReadout(const FanSupervisor::Readout& readout) {
+    tick_ = readout.tick;
+    carryOutStep(supervisor_.onReadout(readout));
+}
+
+void FanRequests::carryOutStep(FanSupervisor::Step step) {
+    tell(step.notice);
+    switch (step.action) {
+    case FanSupervisor::Action::nothing:
+        break;
+    case FanSupervisor::Action::sendTargets:
+        sendTargets(supervisor_.targets(), Report::recovery);
+        break;
+    case FanSupervisor::Action::sendReset:
+        sendReset(Report::recovery);
+        break;
+    case FanSupervisor::Action::stepCurve:
+        Q_EMIT curveStepDue();
+        break;
+    }
+    releaseUnlessWished();
+    Q_EMIT supervised();
+}
+
+void FanRequests::tell(FanSupervisor::Notice notice) {
+    using Notice = FanSupervisor::Notice;
+    if (notice != Notice::none) {
+        isFailureReported_ = false;
+    }
+    const std::string freed = "Der Helper hat die Lüfter freigegeben. " + failure_.value_or("");
+    switch (notice) {
+    case Notice::none:
+        return;
+    case Notice::blind:
+        Q_EMIT reported("Die Temperatur der Kurve ist nicht lesbar. Bis sie es wieder ist, gehen "
+                        "die Lüfter auf macOS-Automatik.",
+                        true);
+        return;
+    case Notice::seeing:
+        Q_EMIT reported("Die Temperatur der Kurve ist wieder lesbar.", false);
+        return;
+    case Notice::unfollowed:
+        Q_EMIT reported(failure_ ? "Die Lüfter folgen nicht: " + *failure_
+                                 : "Die Lüfter folgen nicht, obwohl der Helper es gemeldet hat. "
+                                   "Vermutlich stellt sie ein anderes Programm.",
+                        true);
+        return;
+    case Notice::followed:
+        Q_EMIT reported("Die Lüfter folgen wieder.", false);
+        return;
+    case Notice::guardEndsSpeed:
+        Q_EMIT reported(freed + " Danach bitte neu wählen.", true);
+        return;
+    case Notice::guardPausesCurve:
+        Q_EMIT reported(freed + " Danach steuert wieder die Kurve.", true);
+        return;
+    case Notice::guardEndsCurve:
+        Q_EMIT reported(freed + " Danach bitte neu wählen: Es war schon das zweite Mal.", true);
+        return;
     }
 }
 

@@ -36,17 +36,22 @@ void HelperStatus::setInstalled(bool installed) {
     store(this, isInstalled_, installed, &HelperStatus::isInstalledChanged);
 }
 
+void HelperStatus::setGuard(std::optional<GuardCause> cause) {
+    store(this, guard_, cause, &HelperStatus::guardChanged);
+}
+
 void HelperStatus::check() {
     tasks_.run(
         TaskPriority::background,
         [&helper = helper_, &applications = applications_] {
-            const bool isActive = helper.isDaemonActive();
+            auto answer = helper.ping();
             applications.refresh();
-            return isActive;
+            return answer;
         },
-        [this](bool isActive) {
+        [this](const std::optional<HelperResponse>& answer) {
             const auto running = applications_.current();
-            setInstalled(isActive);
+            setInstalled(answer.has_value());
+            setGuard(answer ? answer->guard : std::nullopt);
             store(this, isCompetitorRunning_,
                   std::any_of(running->begin(), running->end(), isCompetingFanControl),
                   &HelperStatus::isCompetitorRunningChanged);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DetachedTasks.h"
+#include "HelperIPC.h"
 
 #include <QObject>
 #include <optional>
@@ -24,8 +25,12 @@ public:
     bool isInstalling() const { return isInstalling_; }
     bool isCompetitorRunning() const { return isCompetitorRunning_; }
 
+    /// Why the helper's guard refuses low speeds, as far as is known.
+    std::optional<GuardCause> guard() const { return guard_; }
+
     /// What somebody else has found out.
     void setInstalled(bool installed);
+    void setGuard(std::optional<GuardCause> cause);
     /// Looks at both, beside the main thread.
     void check();
     /// Installs the helper unless that is under way. The administrator is asked.
@@ -35,6 +40,7 @@ public:
 Q_SIGNALS:
     void isInstalledChanged();
     void isInstallingChanged();
+    void guardChanged();
     void isCompetitorRunningChanged();
     /// The helper has been removed; the fans are automatic.
     void uninstalled();
@@ -47,6 +53,7 @@ private:
     bool isInstalled_ = false;
     bool isInstalling_ = false;
     bool isCompetitorRunning_ = false;
+    std::optional<GuardCause> guard_;
     DetachedTasks tasks_;
 };
 

@@ -33,8 +33,10 @@ void TelemetryMonitor::refresh(bool includeAllSensors) {
     store(this, isReading_, true, &TelemetryMonitor::isReadingChanged);
     tasks_.run(
         TaskPriority::utility,
-        [&smc = smc_, &clock = clock_, includeAllSensors] {
-            return readTelemetry(smc, clock, includeAllSensors);
+        [&smc = smc_, &clock = clock_, includeAllSensors, number = ++begunReadouts_] {
+            TelemetryReadout readout = readTelemetry(smc, clock, includeAllSensors);
+            readout.number = number;
+            return readout;
         },
         [this](const TelemetryReadout& readout) { publish(readout); });
 }
@@ -60,6 +62,7 @@ void TelemetryMonitor::publish(const TelemetryReadout& readout) {
         history_.erase(history_.begin());
     }
     Q_EMIT historyChanged();
+    Q_EMIT published(readout);
 }
 
 } // namespace ventaro

@@ -28,6 +28,8 @@ public:
     double systemPowerWatts() const { return systemPowerWatts_; } ///< W
     const std::string& summaryText() const { return summaryText_; }
     bool isReading() const { return isReading_; }
+    /// How many readouts have begun.
+    std::uint64_t begunReadouts() const { return begunReadouts_; }
 
     /// Reads the fans alone, at once; blocks.
     void readFansNow();
@@ -43,6 +45,8 @@ Q_SIGNALS:
     void systemPowerWattsChanged();
     void summaryTextChanged();
     void isReadingChanged();
+    /// After all that it has changed.
+    void published(const TelemetryReadout& readout);
 
 private:
     void publish(const TelemetryReadout& readout);
@@ -57,6 +61,7 @@ private:
     double systemPowerWatts_ = 0;
     std::string summaryText_ = "-- RPM · --°C";
     bool isReading_ = false;
+    std::uint64_t begunReadouts_ = 0;
     DetachedTasks tasks_;
 };
 

@@ -3,22 +3,63 @@
 #include "Clock.h"
 #include "FanRange.h"
 #include "SMCService.h"
+#include "SensorCatalog.h"
+
+#include <utility>
 
 namespace ventaro {
 
 namespace {
 
-/// From whatever values the keys hold: each figure's own key, else its neighbour's.
-TelemetrySummary readFastSummary(SMCService& smc) {
-    const auto read = [&smc](const char* key, const char* fallback) {
-        const auto value = smc.readDouble(key);
-        return value ? *value : smc.readDouble(fallback).value_or(0);
+/// A figure's own key and its neighbour's, each read when it is needed.
+class FastFigure {
+public:
+    FastFigure(SMCService& smc, const char* key, const char* neighbour)
+        : smc_(smc), own_(smc.readDouble(key)), neighbourKey_(neighbour) {}
+
+    /// Whatever value the keys hold; 0 if neither reads.
+    double value() { return own_ ? *own_ : neighbour().value_or(0); }
+    /// The first that a working sensor can say.
+    std::optional<double> plausibleCelsius() {
+        const auto plausible = [](std::optional<double> celsius) {
+            return celsius && isPlausibleTemperature(*celsius) ? celsius : std::nullopt;
+        };
+        const auto own = plausible(own_);
+        return own ? own : plausible(neighbour());
+    }
+
+private:
+    std::optional<double> neighbour() {
+        if (neighbourKey_ != nullptr) {
+            neighbour_ = smc_.readDouble(std::exchange(neighbourKey_, nullptr));
+        }
+        return neighbour_;
+    }
+
+    SMCService& smc_;
+    std::optional<double> own_;
+    std::optional<double> neighbour_;
+    const char* neighbourKey_; ///< null once it has been read
+};
+
+void readFast(SMCService& smc, TelemetryReadout& readout) {
+    FastFigure cpu(smc, cpuPackageKey, cpuDieKey);
+    FastFigure gpu(smc, gpuDieKey, gpuProximityKey);
+    FastFigure power(smc, adapterPowerKey, systemPowerKey);
+    readout.summary = {cpu.value(), gpu.value(), power.value()};
+    readout.cpuCelsius = cpu.plausibleCelsius();
+    readout.gpuCelsius = gpu.plausibleCelsius();
+}
+
+void readAll(SMCService& smc, TelemetryReadout& readout) {
+    const auto& sensors = readout.sensors.emplace(smc.readSensors()); // of plausible values
+    const auto first = [&sensors](const char* key, const char* neighbour) {
+        const auto own = valueOf(sensors, key);
+        return own ? own : valueOf(sensors, neighbour);
     };
-    TelemetrySummary summary;
-    summary.cpuTemperature = read("TCXC", "TC0F");
-    summary.gpuTemperature = read("TGDD", "TG0P");
-    summary.systemPower = read("PDTR", "PSTR");
-    return summary;
+    readout.summary = summarize(sensors);
+    readout.cpuCelsius = first(cpuPackageKey, cpuDieKey);
+    readout.gpuCelsius = first(gpuDieKey, gpuProximityKey);
 }
 
 double speedOf(const FanReading* fan) { return fan != nullptr ? fan->currentRPM : 0; }
@@ -27,12 +68,13 @@ double speedOf(const FanReading* fan) { return fan != nullptr ? fan->currentRPM 
 
 TelemetryReadout readTelemetry(SMCService& smc, const Clock& clock, bool includeAllSensors) {
     TelemetryReadout readout;
-    readout.fans = smc.readFans();
+    FanSurvey survey = smc.surveyFans();
+    readout.fans = std::move(survey.fans);
+    readout.readBacks = std::move(survey.readBacks);
     if (includeAllSensors) {
-        readout.sensors = smc.readSensors();
-        readout.summary = summarize(*readout.sensors);
+        readAll(smc, readout);
     } else {
-        readout.summary = readFastSummary(smc);
+        readFast(smc, readout);
     }
     TelemetrySample& sample = readout.sample;
     sample.timestamp = clock.now();

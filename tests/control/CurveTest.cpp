@@ -1,6 +1,5 @@
 #include "CurveStep.h"
 #include "FanRange.h"
-#include "FanSupervisor.h"
 
 #include <gtest/gtest.h>
 
@@ -93,44 +92,6 @@ TEST(CurveSteps, StayInEachFansRangeAndAreSentFrom45RPMOn) {
     }
     EXPECT_FALSE(isWorthShowing(45.49, 45));
     EXPECT_TRUE(isWorthShowing(44.5, 45));
-}
-
-TEST(FanTargetsTest, AreFollowedByForcedFansWithinTheirRange) {
-    const FanTargets targets{{0, 9000}, {1, 3000}};
-    const auto follow = [&](double left, FanMode mode, double right) {
-        auto fans = fansBetween(1836, 5616, 1700, 5200);
-        fans[0].targetRPM = left;
-        fans[0].mode = mode;
-        fans[1].targetRPM = right;
-        return doFansFollow(fans, targets);
-    };
-    EXPECT_TRUE(follow(5616, FanMode::forced, 3001));
-    EXPECT_FALSE(follow(5616, FanMode::forced, 3001.25));
-    EXPECT_FALSE(follow(5616, FanMode::automatic, 3000));
-    EXPECT_FALSE(follow(9000, FanMode::forced, 3000));
-    EXPECT_TRUE(doFansFollow({}, targets)) << "fans that are not there";
-}
-
-TEST(FanSupervisorTest, AppliesWaitsAndLetsGo) {
-    using Decision = FanSupervisor::Decision;
-    FanSupervisor curve(ControlProfile::smartCurve);
-    EXPECT_EQ(curve.onTick(false, true), Decision::nothing) << "before the first readout";
-    EXPECT_EQ(curve.onReadout(0), Decision::leaveAlone);
-    EXPECT_EQ(curve.onReadout(NAN), Decision::nothing) << "said once";
-    EXPECT_EQ(curve.onReadout(60), Decision::apply);
-    EXPECT_EQ(curve.onReadout(61), Decision::nothing);
-    const auto ticks = [&](const std::vector<bool>& doFansFollow, bool isHelperThere) {
-        int applied = 0;
-        for (const bool follow : doFansFollow) {
-            applied += curve.onTick(follow, isHelperThere) == Decision::apply ? 1 : 0;
-        }
-        return applied;
-    };
-    EXPECT_EQ(ticks({false, false, true, false, false}, true), 0) << "a request takes a moment";
-    EXPECT_EQ(ticks({false, false, false, false}, true), 2) << "with the two before";
-    EXPECT_EQ(ticks({false, false, false, false}, false), 0) << "nobody would carry it out";
-    EXPECT_EQ(ticks({false}, true), 1) << "the helper is back";
-    EXPECT_EQ(FanSupervisor(ControlProfile::silent).onReadout(0), Decision::apply);
 }
 
 } // namespace

@@ -89,6 +89,7 @@ TEST_F(FanControllerTest, BothManualSpeedsMoveTogetherAndAreSentInTheManualProfi
     EXPECT_THAT(helper_.taken(), ElementsAre("ping", "set 0 3700", "set 1 3450"));
     setKey("FNum", 1);
     refresh();
+    helper_.taken();
     controller.applyPresetPercentage(1);
     tasks_.runAll();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping", "set 0 5600", "set 1 3450"))
@@ -136,6 +137,51 @@ TEST_F(FanControllerTest, TheCurveFollowsItsSourceAndSendsOnlyWhatMoves) {
     EXPECT_NE(status().find("rpm"), std::string::npos) << status();
     EXPECT_TRUE(controller.isErrorStatus());
     controller.setCurvePoints({}); // what is not a number equals nothing, as the audit would note
+}
+
+TEST_F(FanControllerTest, ACurveThatMayNotSteerLetsGoAndGoesOnLater) {
+    Controller& controller = settled();
+    warmTo(60);
+    const auto steps = [&] { // what a tick sends without the curve having moved
+        refresh();
+        return helper_.taken();
+    };
+    helper_.setAnswer([](const HelperRequest& request) {
+        return request.action == HelperAction::setFanRPM
+                   ? encodeJson(HelperResponse{false, "Zu heiß.", 1, GuardCause::hot})
+                   : RecordingHelper::accept("gut");
+    });
+    controller.selectProfile(ControlProfile::smartCurve);
+    tasks_.runAll();
+    expectStatus("Der Helper hat die Lüfter freigegeben. Zu heiß. Danach steuert wieder die Kurve.",
+                 true);
+    helper_.taken();
+    EXPECT_THAT(steps(), IsEmpty()) << "the guard is up";
+    controller.applySmartCurveStep(true);
+    EXPECT_EQ(tasks_.waiting(), 0U);
+    helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("gut"); });
+    controller.checkHelperAndConflictsAsync(); // which finds it down
+    tasks_.runAll();
+    helper_.taken();
+    EXPECT_THAT(steps(), ElementsAre("ping", "set 0 2970", "set 1 2750"));
+
+    for (const auto& [key, value] : std::map<std::string, double>{
+             {"F0Md", 1}, {"F1Md", 1}, {"F0Tg", 2970}, {"F1Tg", 2750}, {"TCXC", 0}, {"TC0F", 0}}) {
+        setKey(key, value);
+    }
+    EXPECT_THAT(steps(), IsEmpty());
+    EXPECT_EQ(controller.cpuMaxTemp(), 0) << "as it is read";
+    controller.applySmartCurveStep(false);
+    EXPECT_EQ(tasks_.waiting(), 0U) << "one bad reading is none";
+    EXPECT_THAT(steps(), ElementsAre("ping", "reset"));
+    EXPECT_TRUE(controller.isErrorStatus());
+    for (const auto& [key, value] :
+         std::map<std::string, double>{{"F0Md", 0}, {"F1Md", 0}, {"TCXC", 60}}) {
+        setKey(key, value);
+    }
+    EXPECT_THAT(steps(), IsEmpty());
+    EXPECT_THAT(steps(), ElementsAre("ping", "set 0 2970", "set 1 2750")) << "two good ones";
+    expectStatus("Die Temperatur der Kurve ist wieder lesbar.", false);
 }
 
 TEST_F(FanControllerTest, AFirstStartReadsTheMachineAndSendsNothing) {

@@ -1,5 +1,6 @@
 #include "FanRequests.h"
 
+#include "ControlHolder.h"
 #include "ControllerFixture.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +24,8 @@ protected:
     /// What the requests have told since the last call.
     std::string told() { return std::exchange(told_, {}); }
 
-    FanRequests requests_{client_, tasks_};
+    ControlHolder holder_{root_, "Ventaro"};
+    FanRequests requests_{client_, holder_, tasks_, [] { return 0; }};
     std::string told_;
 };
 

@@ -155,7 +155,10 @@ TEST(ControlLoopTest, AHelperThatDiesIsMissedAndFoundAgain) {
     }
     EXPECT_TRUE(controller.isHelperInstalled());
     EXPECT_TRUE(controller.isErrorStatus()) << "the text stays until something replaces it";
-    EXPECT_EQ(loop.key("F0Md"), 0) << "nothing is sent again by itself";
+    loop.tick();
+    EXPECT_EQ(loop.key("F0Md"), 1) << "what was asked for last is sent now";
+    EXPECT_EQ(controller.statusMessage(),
+              "Ziel-Drehzahl gesetzt: Links 5616 RPM · Rechts 5200 RPM");
 }
 
 TEST(ControlLoopTest, QuittingDoesNotWaitForTheProfiler) {

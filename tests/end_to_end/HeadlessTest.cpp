@@ -47,7 +47,7 @@ TEST(HeadlessControl, HandsTheFansBackOnEverySignalAndWithoutATemperature) {
     for (const std::string key : {"TGDD", "TG0P", "TG0D"}) {
         machine.control("fault " + key + " read-fails");
     }
-    EXPECT_TRUE(run.printsInTime("cannot be read"));
+    EXPECT_TRUE(run.printsInTime("nicht lesbar"));
     EXPECT_TRUE(machine.becomes("F0Md", "0"));
     machine.control("clear");
     EXPECT_TRUE(run.stepUntil([&] { return machine.keys("F0Md") == "1"; }));
@@ -74,8 +74,9 @@ TEST(HeadlessControl, ComesThroughALostHelper) {
     EXPECT_TRUE(run.printsInTime("Ziel-Drehzahl gesetzt: Links 2403 RPM"));
     EXPECT_EQ(machine.keys("F0Md"), "1");
 
-    // The same for fans that somebody else has set free.
-    EXPECT_EQ(machine.ctl("auto").exitCode, 0);
+    // The same for fans that something else has set free.
+    EXPECT_THAT(machine.run({bin + "VentaroHelper", "--reset-all"}, "root"), ends(0));
+    EXPECT_EQ(machine.keys("F1Md"), "0");
     EXPECT_TRUE(run.stepUntil([&] { return machine.keys("F1Md") == "1"; }));
 
     killHelper(machine);
@@ -85,6 +86,28 @@ TEST(HeadlessControl, ComesThroughALostHelper) {
     machine.control("step 10");
     EXPECT_EQ(run.wait(), 0) << run.errors();
     EXPECT_EQ(machine.keys("F0Md"), "0");
+}
+
+TEST(HeadlessControl, OneProgramAtATimeSteersTheFans) {
+    const SimulatedMachine machine;
+    const std::string refused = "is steering the fans; --take-over makes it let go.";
+    const auto lose = [&](const char* command, const char* keys, const char* values) {
+        Headless run(machine, "--profile turbo --take-over");
+        EXPECT_TRUE(machine.becomes("F0Md,F1Tg", "1,5200"));
+        for (const char* other : {"set 0 2000", "profile silent", "run"}) {
+            const Outcome outcome = machine.ctl(other);
+            EXPECT_THAT(outcome, ends(1, refused)) << other;
+            EXPECT_THAT(outcome.errors, HasSubstr("ventaroctl run (PID "));
+        }
+        EXPECT_EQ(machine.keys("F0Tg,F1Tg"), "5616,5200") << "nothing of it was done";
+        EXPECT_THAT(machine.ctl(command), ends(0));
+        EXPECT_EQ(run.wait(), 0);
+        EXPECT_TRUE(run.has("hat die Steuerung der Lüfter übernommen"));
+        EXPECT_FALSE(run.has("automatic again"));
+        EXPECT_EQ(machine.keys(keys), values) << "and so it stays";
+    };
+    lose("set 0 2000 --take-over", "F0Md,F0Tg,F1Tg", "1,2000,5200");
+    lose("auto", "F0Md,F1Md", "0,0");
 }
 
 TEST(HeadlessControl, SaysHowToFreeFansThatStayForced) {
@@ -106,17 +129,15 @@ TEST(HeadlessControl, SaysHowToFreeFansThatStayForced) {
 
 TEST(HeadlessControl, EndsWhenNobodyReadsItAndGoesOnWhenNobodyHurries) {
     const SimulatedMachine machine;
+    const SimulatedMachine another;
     // A reader that leaves after the first line; nohup, which has SIGHUP ignored.
     const std::string command = "'" + bin + "ventaroctl' run --profile turbo";
     Program headed(machine.folder(),
                    {"/bin/bash", "-c", "set -o pipefail; " + command + " | head -1"},
                    machine.environment());
-    Program deaf(machine.folder(), {"/bin/bash", "-c", "trap '' HUP; exec " + command},
-                 machine.environment());
-    EXPECT_TRUE(waitUntil([&] {
-        machine.control("step 2");
-        return machine.keys("F0Md") == "1" && !deaf.output().empty();
-    }));
+    Program deaf(another.folder(), {"/bin/bash", "-c", "trap '' HUP; exec " + command},
+                 another.environment());
+    EXPECT_TRUE(another.becomes("F0Md", "1"));
     deaf.signal(SIGHUP);
     std::atomic<bool> hasEnded = false;
     std::thread clock([&] {

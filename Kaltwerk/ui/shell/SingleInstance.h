@@ -1,18 +1,13 @@
 #pragma once
 
-#include "FileDescriptor.h"
-#include "MachineRoot.h"
+#include "ExclusiveRole.h"
 
-#include <QLocalServer>
 #include <chrono>
-#include <filesystem>
-
-class QLocalSocket;
 
 namespace ventaro {
 
-/// Sees to it that one user runs one Ventaro on one machine. A lock decides who is the first; a
-/// later start speaks to the first over a socket beside the lock. Main thread only.
+/// Sees to it that one user runs one Ventaro on one machine: a later start speaks to the first.
+/// Main thread only.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -26,7 +21,7 @@ public:
 
     /// Throws std::runtime_error, with an English sentence, if the folder for the lock cannot be
     /// made or is not this user's alone.
-    explicit SingleInstance(const MachineRoot& root);
+    explicit SingleInstance(const MachineRoot& root) : role_(root, "") {}
 
     /// Longer than the one that runs takes to hand the fans back at its end, when it does not
     /// answer.
@@ -44,13 +39,7 @@ Q_SIGNALS:
     void reopenRequested();
 
 private:
-    bool tell(Request request, std::chrono::milliseconds patience) const;
-    void acceptStarts();
-    void answerStart(QLocalSocket& start);
-
-    std::filesystem::path folder_;
-    FileDescriptor lock_; ///< held until the server is gone
-    QLocalServer server_;
+    ExclusiveRole role_;
 };
 
 } // namespace ventaro
