@@ -5,6 +5,7 @@
 #include "StartArguments.h"
 #include "VentaroApp.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -12,6 +13,7 @@
 int main(int argc, char** argv) {
     try {
         ventaro::occupyStandardDescriptors();
+        std::signal(SIGPIPE, SIG_IGN); // the reader of our errors may be gone before we are
         const std::string text = ventaro::textInsteadOfStart(argc, argv, VENTARO_VERSION);
         if (!text.empty()) {
             std::cout << text << std::flush;

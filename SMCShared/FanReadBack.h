@@ -20,8 +20,6 @@ struct FanReadBack {
     FanHold hold = FanHold::untold;
     std::optional<double> targetRPM; ///< no value if it does not read
     FanRange range;
-
-    bool operator==(const FanReadBack&) const = default;
 };
 
 } // namespace ventaro

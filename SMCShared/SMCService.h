@@ -106,6 +106,8 @@ public:
     /// Whether the fan is forced, by its mode key or by the force mask. A machine that is known to
     /// have neither forces nothing; no value if the one that it has, or may have, does not read.
     std::optional<bool> readFanForced(int fanIndex);
+    /// Whether every fan is known not to be forced.
+    bool areFansAutomatic();
     /// The speeds that the fan can be set to; the machine's defaults in place of limits that do not
     /// read or are no numbers.
     FanRange readFanRange(int fanIndex);

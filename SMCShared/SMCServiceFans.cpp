@@ -121,6 +121,16 @@ std::optional<bool> SMCService::readFanForced(int fanIndex) {
     return hold == FanHold::unread ? std::nullopt : std::optional(hold == FanHold::forced);
 }
 
+bool SMCService::areFansAutomatic() {
+    const int count = steerableFanCount();
+    for (int fan = 0; fan < count; ++fan) {
+        if (readFanForced(fan).value_or(true)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 FanRange SMCService::readFanRange(int fanIndex) {
     const auto minimum = readDouble(fanKey(fanIndex, "Mn"));
     return usableRange(fanIndex, minimum, readDouble(fanKey(fanIndex, "Mx")));

@@ -1,6 +1,7 @@
 #include "HeadlessControl.h"
 
 #include "ChangeLog.h"
+#include "ControlWatcher.h"
 #include "FanControllerViewModel.h"
 #include "SavedSettings.h"
 #include "SignalWatch.h"
@@ -12,58 +13,11 @@
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
-#include <thread>
+#include <utility>
 
 namespace ventaro {
 
 namespace {
-
-/// Whether every fan is known to be automatic.
-bool areFansAutomatic(SMCService& smc) {
-    const int count = smc.steerableFanCount();
-    for (int fan = 0; fan < count; ++fan) {
-        if (smc.readFanForced(fan).value_or(true)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// Why the fans cannot be reset; no value if they have been.
-std::optional<std::string> tryReset(const HelperClient& helper) {
-    try {
-        const HelperResponse answer =
-            helper.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
-        return answer.success ? std::nullopt : std::optional(answer.message);
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-}
-
-/// Goes on until the fans are free, the time is over, or the user presses Ctrl-C again. Throws
-/// CommandError if they are not free then.
-void handFansBack(SMCService& smc, const HelperClient& helper, std::chrono::milliseconds patience,
-                  const StopSignals& signals, const ChangeLog& log) {
-    constexpr std::chrono::milliseconds pause(200);
-    const auto end = std::chrono::steady_clock::now() + patience;
-    bool hasSaid = false;
-    while (!areFansAutomatic(smc)) {
-        const auto failure = tryReset(helper);
-        if (!failure) {
-            return;
-        }
-        if (std::chrono::steady_clock::now() >= end || signals.takeInterrupt()) {
-            throw CommandError("the fans are still forced: " + *failure +
-                               " Free them with \"ventaroctl auto\", or as root with \"" +
-                               HelperConstants::helperBinaryInstallPath + " --reset-all\".");
-        }
-        if (!std::exchange(hasSaid, true)) {
-            log.line(JsonObjectWriter().string("event", "trying").string("message", *failure),
-                     *failure + " Trying again to free the fans; Ctrl-C gives up.");
-        }
-        std::this_thread::sleep_for(pause);
-    }
-}
 
 void adopt(FanControllerViewModel& controller, const SavedSettings& saved,
            const HeadlessOptions& options) {
@@ -95,7 +49,8 @@ void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper
     const SavedSettings saved = loadedSettings(*session.defaults);
     session.defaults = std::make_unique<TransientDefaults>(std::move(session.defaults));
     FanControllerViewModel controller({smc, helper, SystemHardwareInspector::shared(),
-                                       platform.machineRoot, session, tasks, "ventaroctl run"});
+                                       platform.machineRoot, session, tasks, "ventaroctl run",
+                                       watcherProgram()});
     adopt(controller, saved, options);
     const ChangeLog log(controller, options.json);
     log.line(
@@ -110,13 +65,26 @@ void runHeadless(Commands& commands, SMCService& smc, const HelperClient& helper
     controller.selectProfile(options.profile);
 
     QCoreApplication::exec();
-    controller.setResetToAutoOnQuit(!isControlLost);
     signals.takeInterrupt();
-    controller.shutdown();
     if (isControlLost) {
+        controller.setResetToAutoOnQuit(false);
+        controller.shutdown();
         return;
     }
-    handFansBack(smc, helper, options.patience, signals, log);
+    const auto end = std::chrono::steady_clock::now() + options.patience;
+    bool hasSaid = false;
+    const auto failure = controller.shutdown([&](const std::string& reason) {
+        if (!std::exchange(hasSaid, true)) {
+            log.line(JsonObjectWriter().string("event", "trying").string("message", reason),
+                     reason + " Trying again to free the fans; Ctrl-C gives up.");
+        }
+        return std::chrono::steady_clock::now() < end && !signals.takeInterrupt();
+    });
+    if (failure) {
+        throw CommandError("the fans are still forced: " + *failure +
+                           " Free them with \"ventaroctl auto\", or as root with \"" +
+                           HelperConstants::helperBinaryInstallPath + " --reset-all\".");
+    }
     log.line(JsonObjectWriter().string("event", "end"), "The fans are automatic again.");
 }
 

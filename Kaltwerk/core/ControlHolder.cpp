@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view whoLine = "who";
 constexpr std::string_view letGoPrefix = "let go for ";
-constexpr milliseconds patienceForAName(1000);
+constexpr milliseconds patienceForAName(200); ///< ten times
 
 std::unique_ptr<ExclusiveRole> makeRole(const MachineRoot& root) {
     try {
@@ -26,12 +26,21 @@ std::unique_ptr<ExclusiveRole> makeRole(const MachineRoot& root) {
     }
 }
 
+/// One that was killed has its files closed one after the other, and the lock not as the first.
 std::optional<std::string> holderIn(const ExclusiveRole::Files& files) {
+    constexpr int looks = 10;
+    constexpr milliseconds pause(50);
     try {
-        return files.isTaken()
-                   ? std::optional(
-                         files.ask(whoLine, patienceForAName).value_or("Ein anderes Programm"))
-                   : std::nullopt;
+        for (int look = 0; look < looks; ++look) {
+            if (!files.isTaken()) {
+                return std::nullopt;
+            }
+            if (auto name = files.ask(whoLine, patienceForAName)) {
+                return name;
+            }
+            std::this_thread::sleep_for(pause);
+        }
+        return "Ein anderes Programm";
     } catch (const std::runtime_error&) {
         return std::nullopt;
     }
@@ -46,6 +55,10 @@ ControlHolder::ControlHolder(const MachineRoot& root, std::string program)
 ControlHolder::~ControlHolder() = default;
 
 bool ControlHolder::isMine() const { return role_ && role_->isMine(); }
+
+std::filesystem::path ControlHolder::lock() const {
+    return role_ ? role_->files().lock : std::filesystem::path();
+}
 
 std::optional<std::string> ControlHolder::claim() {
     if (!role_ || role_->isMine()) {

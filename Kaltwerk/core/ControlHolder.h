@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,12 +24,14 @@ public:
     ~ControlHolder() override;
 
     bool isMine() const;
-    /// Becomes the holder; or else says who is, as in "Ventaro (PID 123)". Blocks for a second at
-    /// most.
+    /// What the holder keeps locked; empty where there can be no order.
+    std::filesystem::path lock() const;
+    /// Becomes the holder; or else says who is, as in "Ventaro (PID 123)". Blocks, for two seconds
+    /// if that one does not answer.
     std::optional<std::string> claim();
     void release();
 
-    /// Who else steers the fans; no value if nobody does. Blocks for a second at most.
+    /// Who else steers the fans; no value if nobody does. Blocks like `claim`.
     std::optional<std::string> other() const;
     /// What asks whoever else steers them to let go, and returns whether it has within four
     /// seconds, or nobody did. Blocks then; any thread, also when this object is gone.

@@ -2,8 +2,10 @@
 
 #include "ControlHolder.h"
 #include "ControlSettings.h"
+#include "ControlWatcher.h"
 #include "DispatchGate.h"
 #include "FanRequests.h"
+#include "FileDescriptor.h"
 #include "HardwareInventory.h"
 #include "HelperClient.h"
 #include "HelperStatus.h"
@@ -24,20 +26,26 @@ using Self = FanControllerViewModel;
 FanControllerViewModel::FanControllerViewModel(const FanControllerDependencies& dependencies,
                                                QObject* parent)
     : QObject(parent),
+      smc_(dependencies.smc),
       helper_(dependencies.helper),
       session_(dependencies.session),
+      runner_(dependencies.tasks),
       tasks_(std::make_unique<DetachedTasks>(dependencies.tasks)),
       statusLine_(std::make_unique<StatusLine>(dependencies.machineRoot)),
       settings_(std::make_unique<ControlSettings>(*session_.defaults)),
       telemetry_(std::make_unique<TelemetryMonitor>(dependencies.smc, *session_.clock,
                                                     dependencies.tasks)),
       holder_(std::make_unique<ControlHolder>(dependencies.machineRoot, dependencies.program)),
+      watcher_(std::make_unique<ControlWatcher>(
+          dependencies.watcher, holder_->lock(),
+          dependencies.machineRoot.resolve(HelperConstants::socketPath))),
       requests_(std::make_unique<FanRequests>(helper_, *holder_, dependencies.tasks,
                                               [this] { return telemetry_->begunReadouts(); })),
       helperStatus_(std::make_unique<HelperStatus>(helper_, *session_.runningApplications,
                                                    dependencies.tasks)),
       loginItem_(std::make_unique<LoginItem>(session_, dependencies.machineRoot)),
-      inventory_(std::make_unique<HardwareInventory>(dependencies.inspector, dependencies.tasks)) {
+      inventory_(std::make_unique<HardwareInventory>(dependencies.inspector, dependencies.tasks)),
+      spare_(std::make_unique<FileDescriptor>(spareDescriptor())) {
     passOnChanges();
     connectParts();
     telemetry_->readFansNow();
@@ -88,6 +96,8 @@ void FanControllerViewModel::connectParts() {
     connect(loginItem_.get(), &LoginItem::reported, line, &StatusLine::report);
     connect(requests_.get(), &FanRequests::helperSeen, helperStatus_.get(),
             &HelperStatus::setInstalled);
+    connect(requests_.get(), &FanRequests::supervised, this, &Self::followControl);
+    connect(settings_.get(), &ControlSettings::resetOnQuitChanged, this, &Self::followControl);
     connect(requests_.get(), &FanRequests::guardSeen, helperStatus_.get(), &HelperStatus::setGuard);
     connect(requests_.get(), &FanRequests::curveStepDue, this,
             [this] { applySmartCurveStep(true); });
@@ -140,28 +150,12 @@ void FanControllerViewModel::onReadout(const TelemetryReadout& readout) {
                           .isGuardUp = helperStatus_->guard().has_value()});
 }
 
-void FanControllerViewModel::handleAppTermination() const {
-    if (!resetToAutoOnQuit() || holder_->other()) {
-        return;
+void FanControllerViewModel::followControl() {
+    if (holder_->isMine() && resetToAutoOnQuit()) {
+        watcher_->begin();
+    } else {
+        watcher_->end();
     }
-    try {
-        if (helper_.isDaemonActive()) {
-            helper_.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
-        }
-    } catch (const std::exception&) {
-        // Nobody is left to be told.
-    }
-}
-
-void FanControllerViewModel::shutdown() {
-    if (std::exchange(isShutDown_, true)) {
-        return;
-    }
-    timer_.reset();
-    inventory_->endCollection();
-    dispatchGate()->close();
-    handleAppTermination();
-    Q_EMIT timerChanged();
 }
 
 void FanControllerViewModel::setSensorsTabVisible(bool visible) {

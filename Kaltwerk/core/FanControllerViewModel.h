@@ -11,6 +11,8 @@
 #include <QObject>
 #include <QString>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,9 +22,11 @@ namespace ventaro {
 
 class ControlHolder;
 class ControlSettings;
+class ControlWatcher;
 class DetachedTasks;
 class DispatchGate;
 class FanRequests;
+class FileDescriptor;
 class HardwareInventory;
 class HelperClient;
 class HelperStatus;
@@ -46,6 +50,7 @@ struct FanControllerDependencies {
     UserSession& session;
     TaskRunner& tasks;
     std::string program = "Ventaro"; ///< what other programs call this one
+    std::filesystem::path watcher{}; ///< the watcher's program; empty: there is none
 };
 
 /// The one controller of the application, and all that the views know: it brings the parts together
@@ -192,14 +197,22 @@ public:
     Q_INVOKABLE void setLaunchAtLogin(bool enabled);
     Q_INVOKABLE void setStartMinimized(bool minimized);
 
-    /// Hands the fans back to the automatic control, if the user wants that at the end and a helper
-    /// answers. Blocks for two exchanges at most; failures are passed over.
+    /// Hands the fans back to the automatic control, if the user wants that at the end, a helper
+    /// answers and no other program steers them. Blocks for two exchanges at most; failures are
+    /// passed over.
     void handleAppTermination() const;
 
     /// The one way out: stops the timer, ends a running profiler, sends no fan request any more,
-    /// waits for those that are just on their way, and calls `handleAppTermination`. Only the first
-    /// call does anything.
-    void shutdown();
+    /// waits for those that are just on their way, and hands the fans back: for as long as
+    /// `goesOn`, told of what each try failed of, allows it, if this program has forced them, or
+    /// else once. Why they have not been handed back; no value if they have, or need not be. Only
+    /// the first call does anything.
+    std::optional<std::string> shutdown(const std::function<bool(const std::string&)>& goesOn);
+    /// The same for up to five seconds.
+    std::optional<std::string> shutdown();
+    /// The same at the end of the user's session, which waits for nobody: one try of a second at
+    /// most, and the watcher does the rest.
+    void shutdownAtOnce();
 
     /// What every fan request goes through: closed, it holds the next ones back, for the end of a
     /// process that cannot come to `shutdown`. Lives as long as anything that sends.
@@ -242,6 +255,9 @@ Q_SIGNALS:
 private:
     QString statusText() const { return QString::fromStdString(statusMessage().value_or("")); }
     void passOnChanges();
+    void followControl();
+    bool beginShutdown();
+    bool isHandBackWished() const;
     void connectParts();
     void seedManualSpeeds();
     void setActiveProfile(ControlProfile profile);
@@ -250,14 +266,17 @@ private:
     void tick();
     void onReadout(const TelemetryReadout& readout);
 
+    SMCService& smc_;
     const HelperClient& helper_;
     UserSession& session_;
+    TaskRunner& runner_;
 
     const std::unique_ptr<DetachedTasks> tasks_;
     const std::unique_ptr<StatusLine> statusLine_;
     const std::unique_ptr<ControlSettings> settings_;
     const std::unique_ptr<TelemetryMonitor> telemetry_;
     const std::unique_ptr<ControlHolder> holder_;
+    const std::unique_ptr<ControlWatcher> watcher_;
     const std::unique_ptr<FanRequests> requests_;
     const std::unique_ptr<HelperStatus> helperStatus_;
     const std::unique_ptr<LoginItem> loginItem_;
@@ -265,6 +284,7 @@ private:
     std::unique_ptr<MonitoringTimer> timer_;
 
     SteeringTemperatures temperatures_;
+    std::unique_ptr<FileDescriptor> spare_; ///< for the way out of a process that has no other left
     ControlProfile activeProfile_ = ControlProfile::systemAuto;
     double currentCurveTargetPercent_ = 0;
     bool isSensorsTabVisible_ = false;

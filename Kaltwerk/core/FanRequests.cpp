@@ -74,6 +74,7 @@ bool FanRequests::mayForce() {
         Q_EMIT supervised();
         return false;
     }
+    Q_EMIT supervised();
     return true;
 }
 
@@ -119,8 +120,9 @@ void FanRequests::wishNothing() {
 }
 
 void FanRequests::releaseUnlessWished() {
-    if (supervisor_.wish() == FanSupervisor::Wish::none) {
+    if (supervisor_.wish() == FanSupervisor::Wish::none && holder_.isMine()) {
         holder_.release();
+        Q_EMIT supervised();
     }
 }
 
@@ -247,8 +249,8 @@ void FanRequests::carryOutStep(FanSupervisor::Step step) {
         Q_EMIT curveStepDue();
         break;
     }
-    releaseUnlessWished();
     Q_EMIT supervised();
+    releaseUnlessWished();
 }
 
 void FanRequests::tell(FanSupervisor::Notice notice) {

@@ -30,6 +30,10 @@ bool canWrite(int descriptor) { return stateOf(descriptor) != 0; }
 
 bool isReaderGone(int descriptor) { return (stateOf(descriptor) & (POLLERR | POLLNVAL)) != 0; }
 
+FileDescriptor spareDescriptor() {
+    return FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
+
 void occupyStandardDescriptors() {
     FileDescriptor next;
     do {

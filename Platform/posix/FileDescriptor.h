@@ -40,6 +40,9 @@ bool canWrite(int descriptor);
 /// Whether the other end of the descriptor's pipe is gone.
 bool isReaderGone(int descriptor);
 
+/// One that is good for nothing, to be closed where another one is needed and there may be none.
+FileDescriptor spareDescriptor();
+
 /// Opens /dev/null for each standard descriptor that the process was started without, so that no
 /// socket takes its number and receives what is printed.
 void occupyStandardDescriptors();

@@ -291,6 +291,47 @@ TEST_F(FanControllerTest, AfterTheShutdownNothingIsSent) {
     EXPECT_EQ(controller.tickCount(), 0);
 }
 
+TEST_F(FanControllerTest, TheWayOutGoesOnUntilTheFansAreFree) {
+    struct Row {
+        bool hasForced;
+        int freedAfter; // tries
+        std::vector<std::string> requests;
+        std::optional<std::string> failure;
+    };
+    const std::vector<std::string> once{"ping", "reset"};
+    const Row rows[] = {{false, 9, once, {}},
+                        {true, 1, {"ping", "reset", "ping", "reset"}, {}},
+                        {true, 9, {"ping", "reset", "ping", "reset", "ping", "reset"}, "nein"}};
+    for (const Row& row : rows) {
+        setKey("F0Md", 1);
+        Controller& controller = settled();
+        if (row.hasForced) {
+            controller.selectProfile(ControlProfile::turbo);
+            tasks_.runAll();
+            helper_.taken();
+        }
+        helper_.setAnswer([](const HelperRequest& request) {
+            return request.action == HelperAction::ping ? RecordingHelper::accept("gut")
+                                                        : RecordingHelper::refuse("nein");
+        });
+        int tries = 0;
+        EXPECT_EQ(controller.shutdown([&](const std::string& reason) {
+            EXPECT_EQ(reason, "nein");
+            if (++tries == row.freedAfter) {
+                setKey("F0Md", 0);
+            }
+            return tries < 3;
+        }),
+                  row.failure);
+        EXPECT_EQ(helper_.taken(), row.requests);
+        helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("gut"); });
+    }
+    Controller& controller = settled();
+    controller.shutdownAtOnce(); // with nobody to do the work
+    tasks_.runAll();
+    EXPECT_EQ(helper_.taken(), once);
+}
+
 TEST_F(FanControllerTest, ALateResultFindsNobody) {
     make();
     controller_->selectProfile(ControlProfile::turbo);

@@ -1,6 +1,7 @@
 #include "SimulatedMachine.h"
 
 #include <atomic>
+#include <fstream>
 #include <thread>
 
 namespace ventaro {
@@ -86,6 +87,61 @@ TEST(HeadlessControl, ComesThroughALostHelper) {
     machine.control("step 10");
     EXPECT_EQ(run.wait(), 0) << run.errors();
     EXPECT_EQ(machine.keys("F0Md"), "0");
+}
+
+/// The watchers on this machine.
+std::vector<pid_t> watchers(const SimulatedMachine& machine) {
+    std::vector<pid_t> found;
+    for (const auto& process : fs::directory_iterator("/proc")) {
+        std::string line;
+        std::getline(std::ifstream(process.path() / "cmdline"), line); // which may just have ended
+        if (line.starts_with("VentaroWatcher") && line.find(machine.root()) != std::string::npos) {
+            found.push_back(std::atoi(process.path().filename().c_str()));
+        }
+    }
+    return found;
+}
+
+TEST(HeadlessControl, WhoeverKillsItFindsTheFansFree) {
+    const SimulatedMachine machine;
+    for (const bool isHelperAway : {false, true}) {
+        Headless run(machine, "--profile turbo");
+        ASSERT_TRUE(machine.becomes("F0Md,F1Md", "1,1"));
+        const auto first = watchers(machine);
+        ASSERT_EQ(first.size(), 1U);
+        ::kill(first.front(), SIGTERM); // to which it is deaf
+        if (isHelperAway) {
+            ::kill(first.front(), SIGKILL);
+            EXPECT_TRUE(waitUntil([&] {
+                const auto next = watchers(machine);
+                return next.size() == 1 && next != first;
+            }));
+            killHelper(machine);
+        }
+        run.signal(SIGKILL);
+        run.wait();
+        if (isHelperAway) {
+            EXPECT_EQ(machine.keys("F0Md"), "1");
+            machine.control("step 10");
+        }
+        EXPECT_TRUE(machine.becomes("F0Md,F1Md", "0,0"));
+        EXPECT_TRUE(waitUntil([&] { return watchers(machine).empty(); }));
+    }
+    Headless run(machine, "--profile turbo");
+    ASSERT_TRUE(machine.becomes("F0Md,F1Md", "1,1"));
+    run.signal(SIGTERM);
+    EXPECT_EQ(run.wait(), 0);
+    EXPECT_TRUE(waitUntil([&] { return watchers(machine).empty(); })) << "nothing is left to do";
+
+    Headless killed(machine, "--profile turbo");
+    ASSERT_TRUE(machine.becomes("F0Md,F1Md", "1,1"));
+    killHelper(machine);
+    killed.signal(SIGKILL);
+    const Headless next(machine, "--profile silent"); // steers from now on
+    machine.control("step 10");
+    EXPECT_TRUE(machine.becomes("F0Md,F0Tg", "1,2403"));
+    EXPECT_TRUE(waitUntil([&] { return watchers(machine).size() == 1; }));
+    EXPECT_EQ(machine.keys("F0Md,F0Tg"), "1,2403") << "which the other's watcher respects";
 }
 
 TEST(HeadlessControl, OneProgramAtATimeSteersTheFans) {

@@ -34,6 +34,11 @@ TEST_F(ExitTest, EveryWayOutHandsTheFansBackOnce) {
              QEvent quit(QEvent::Quit);
              QCoreApplication::sendEvent(qApp, &quit);
          }},
+        {"end of the user's session",
+         [](VentaroApp& app) {
+             app.sessionEnds();
+             app.quit();
+         }},
         {"event loop", [](VentaroApp&) { QCoreApplication::exit(0); }},
         {"twice",
          [](VentaroApp& app) {
@@ -57,6 +62,23 @@ TEST_F(ExitTest, EveryWayOutHandsTheFansBackOnce) {
                 << name;
         }
     }
+}
+
+TEST_F(ExitTest, SaysSoWhenTheFansStayForced) {
+    setKey("F0Md", 1);
+    helper_.setAnswer([](const HelperRequest& request) {
+        return request.action == HelperAction::resetAllAuto ? RecordingHelper::refuse("Nein.")
+                                                            : RecordingHelper::accept("gut");
+    });
+    run(
+        {"--minimized"},
+        [&](VentaroApp& app) {
+            app.viewModel().selectProfile(ControlProfile::turbo);
+            settle();
+        },
+        1);
+    EXPECT_THAT(desktop_.told, ElementsAre("Die Lüfter sind noch nicht auf macOS-Automatik: Nein. "
+                                           "Freigeben: „ventaroctl auto“"));
 }
 
 TEST_F(ExitTest, TheGuardActsOnceAndOnlyIfItMust) {
@@ -106,6 +128,7 @@ TEST_F(ExitTest, FailuresFromTheStatusItemReachTheUser) {
         ASSERT_TRUE(processUntil([&] { return !app.shell().isDashboardReadable(); }));
         choose(app, "Leise");
         EXPECT_EQ(desktop_.told.size(), 4U) << "nobody can read it in the task bar";
+        helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("gut"); });
     });
 }
 

@@ -40,7 +40,7 @@ protected:
     /// Runs an application; `script` plays the user inside its event loop and the end of it is
     /// `quit` unless it has found another one. The helper's requests since its start are returned.
     std::vector<std::string> run(const QStringList& arguments,
-                                 const std::function<void(VentaroApp&)>& script) {
+                                 const std::function<void(VentaroApp&)>& script, int exitCode = 0) {
         VentaroApp app({machine_.service, client_, inspector_, root_, session_, runner_}, desktop_,
                        {arguments, {note_, windowSizeFile_, grace_}});
         bool hasEnded = false;
@@ -53,7 +53,7 @@ protected:
                 app.quit();
             }
         });
-        EXPECT_EQ(app.run(), 0);
+        EXPECT_EQ(app.run(), exitCode);
         runner_.finishAll();
         return helper_.taken();
     }

@@ -20,7 +20,9 @@ public:
     }
     void deliver() {
         for (; !actions_.empty(); actions_.pop_front()) {
-            actions_.front()();
+            if (actions_.front()) {
+                actions_.front()();
+            }
         }
     }
     void runAll() {

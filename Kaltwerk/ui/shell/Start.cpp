@@ -1,3 +1,4 @@
+#include "ControlWatcher.h"
 #include "DesktopAppearance.h"
 #include "DesktopIntegration.h"
 #include "HelperClient.h"
@@ -80,7 +81,7 @@ int runFirst(const StopSignals& signals, SingleInstance& instance,
     const DesktopAppearance appearance(*desktop);
     VentaroApp app(
         {SMCService::shared(), HelperClient::shared(), SystemHardwareInspector::shared(),
-         platform.machineRoot, *platform.session, tasks},
+         platform.machineRoot, *platform.session, tasks, "Ventaro", watcherProgram()},
         *desktop,
         {arguments, {machineNote(platform.machineKind), platform.session->windowSizeFile}});
     QSocketNotifier stop(signals.descriptor(), QSocketNotifier::Read);

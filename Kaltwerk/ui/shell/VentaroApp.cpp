@@ -6,13 +6,16 @@
 #include <QApplication>
 #include <QPointer>
 #include <chrono>
+#include <cstdlib>
+#include <iostream>
 #include <utility>
 
 namespace ventaro {
 
 VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopIntegration& desktop,
                        const Options& options)
-    : tasks_(dependencies.tasks),
+    : desktop_(desktop),
+      tasks_(dependencies.tasks),
       viewModel_(dependencies),
       exitGuard_(dependencies.helper, viewModel_.dispatchGate()),
       shell_(viewModel_, tasks_, options.shell),
@@ -29,6 +32,8 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopInt
     connect(&startIsOver_, &QTimer::timeout, this, releaseFreeMemory);
     connectWindows();
     connectStatusItem();
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &VentaroApp::sessionEnds,
+            Qt::DirectConnection);
     connect(qApp, &QCoreApplication::aboutToQuit, this,
             [this] { appDelegate_.applicationWillTerminate(); });
 }
@@ -78,7 +83,7 @@ int VentaroApp::run() {
     appDelegate_.applicationDidFinishLaunching();
     const int exitCode = QApplication::exec();
     endControl();
-    return exitCode;
+    return areFansLeftForced_ ? EXIT_FAILURE : exitCode;
 }
 
 void VentaroApp::reopen() {
@@ -104,7 +109,13 @@ void VentaroApp::quit() {
 }
 
 void VentaroApp::endControl() {
-    viewModel_.shutdown();
+    if (const auto failure = viewModel_.shutdown()) {
+        areFansLeftForced_ = true;
+        desktop_.notify(QString::fromStdString("Die Lüfter sind noch nicht auf macOS-Automatik: " +
+                                               *failure + " Freigeben: „ventaroctl auto“"));
+        std::cerr << "Ventaro: the fans are still forced: " << *failure
+                  << " Free them with \"ventaroctl auto\".\n";
+    }
     exitGuard_.disarm();
 }
 

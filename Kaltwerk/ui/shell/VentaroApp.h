@@ -28,12 +28,14 @@ public:
     VentaroApp(const FanControllerDependencies& dependencies, DesktopIntegration& desktop,
                const Options& options);
 
-    /// Runs to the end and hands the fans back; the process's exit code.
+    /// Runs to the end and hands the fans back; the process's exit code, 1 if they stay forced.
     int run();
     /// The user has started the program again.
     void reopen();
     /// Hands the fans back and then ends the event loop. Blocks as `shutdown` of the controller.
     void quit();
+    /// The user's session is about to end, and takes the program along.
+    void sessionEnds() { viewModel_.shutdownAtOnce(); }
 
     FanControllerViewModel& viewModel() { return viewModel_; }
     DesktopShell& shell() { return shell_; }
@@ -46,6 +48,7 @@ private:
     void openDashboard();
     void endControl();
 
+    DesktopIntegration& desktop_;
     TaskRunner& tasks_;
     FanControllerViewModel viewModel_;
     ExitGuard exitGuard_;
@@ -55,6 +58,7 @@ private:
     Popover popover_;
     FailureReporter failures_;
     QTimer startIsOver_;
+    bool areFansLeftForced_ = false;
 };
 
 /// Starts the application on the installed platform and returns the process's exit code.
