@@ -10,6 +10,7 @@
 #include "HelperClient.h"
 #include "HelperStatus.h"
 #include "LoginItem.h"
+#include "MachineTruth.h"
 #include "MonitoringTimer.h"
 #include "StatusLine.h"
 #include "StoredField.h"
@@ -45,6 +46,7 @@ FanControllerViewModel::FanControllerViewModel(const FanControllerDependencies& 
                                                    dependencies.tasks)),
       loginItem_(std::make_unique<LoginItem>(session_, dependencies.machineRoot)),
       inventory_(std::make_unique<HardwareInventory>(dependencies.inspector, dependencies.tasks)),
+      truth_(std::make_unique<MachineTruth>()),
       spare_(std::make_unique<FileDescriptor>(spareDescriptor())) {
     passOnChanges();
     connectParts();
@@ -79,6 +81,16 @@ void FanControllerViewModel::passOnChanges() {
     passOn(telemetry_, &TelemetryMonitor::summaryTextChanged, &Self::menuBarSummaryTextChanged);
     passOn(telemetry_, &TelemetryMonitor::isReadingChanged, &Self::isPollingInFlightChanged);
     passOn(requests_, &FanRequests::lastTargetsChanged, &Self::lastAppliedRPMsChanged);
+    passOn(truth_, &MachineTruth::isCpuKnownChanged, &Self::isCpuTempKnownChanged);
+    passOn(truth_, &MachineTruth::isGpuKnownChanged, &Self::isGpuTempKnownChanged);
+    passOn(truth_, &MachineTruth::isSmcLostChanged, &Self::isSmcLostChanged);
+    passOn(truth_, &MachineTruth::staleSecondsChanged, &Self::staleSecondsChanged);
+    passOn(truth_, &MachineTruth::isProfileInForceChanged, &Self::isProfileInForceChanged);
+    passOn(truth_, &MachineTruth::areFansForcedByOthersChanged,
+           &Self::areFansForcedByOthersChanged);
+    passOn(requests_, &FanRequests::canTakeOverChanged, &Self::canTakeOverChanged);
+    passOn(helperStatus_, &HelperStatus::guardChanged, &Self::guardTextChanged);
+    passOn(helperStatus_, &HelperStatus::isOutdatedChanged, &Self::isHelperOutdatedChanged);
     passOn(requests_, &FanRequests::controlLost, &Self::controlLost);
     passOn(helperStatus_, &HelperStatus::isInstalledChanged, &Self::isHelperInstalledChanged);
     passOn(helperStatus_, &HelperStatus::isInstallingChanged, &Self::isInstallingHelperChanged);
@@ -105,8 +117,8 @@ void FanControllerViewModel::connectParts() {
     connect(requests_.get(), &FanRequests::answered, telemetry_.get(),
             [this] { telemetry_->refresh(false); });
     connect(helperStatus_.get(), &HelperStatus::uninstalled, this, [this] {
-        requests_->wishNothing();
         setActiveProfile(ControlProfile::systemAuto);
+        requests_->wishNothing();
     });
 }
 
@@ -130,6 +142,7 @@ void FanControllerViewModel::tick() {
     constexpr std::int64_t fullSweepRhythm = 3;   // ticks
     constexpr std::int64_t helperCheckRhythm = 4; // ticks
     store(this, tickCount_, tickCount_ + 1, &Self::tickCountChanged);
+    truth_->onTick(tickCount_);
     refreshTelemetryAsync(isSensorsTabVisible_ || tickCount_ % fullSweepRhythm == 1 ||
                           sensors().empty());
     if (tickCount_ % helperCheckRhythm == 0) {
@@ -141,16 +154,17 @@ void FanControllerViewModel::tick() {
 }
 
 void FanControllerViewModel::onReadout(const TelemetryReadout& readout) {
-    temperatures_.see(readout.cpuCelsius, readout.gpuCelsius, tickCount_);
+    truth_->onReadout(readout, tickCount_);
     requests_->onReadout({.number = readout.number,
                           .tick = tickCount_,
-                          .source = temperatures_.state(curveSensorSource()),
+                          .source = truth_->temperatures().state(curveSensorSource()),
                           .fans = readout.readBacks,
                           .isHelperThere = isHelperInstalled(),
                           .isGuardUp = helperStatus_->guard().has_value()});
 }
 
 void FanControllerViewModel::followControl() {
+    truth_->judge(activeProfile_, requests_->supervisor());
     if (holder_->isMine() && resetToAutoOnQuit()) {
         watcher_->begin();
     } else {

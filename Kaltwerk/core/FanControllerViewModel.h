@@ -4,7 +4,6 @@
 #include "FanCurve.h"
 #include "FanTargets.h"
 #include "HardwareSections.h"
-#include "SteeringTemperatures.h"
 #include "TelemetryRecords.h"
 #include "TelemetrySample.h"
 
@@ -32,6 +31,7 @@ class HelperClient;
 class HelperStatus;
 class LoginItem;
 class MachineRoot;
+class MachineTruth;
 class MonitoringTimer;
 class SMCService;
 class StatusLine;
@@ -69,6 +69,24 @@ class FanControllerViewModel : public QObject {
     Q_PROPERTY(double cpuMaxTemp READ cpuMaxTemp NOTIFY cpuMaxTempChanged)
     Q_PROPERTY(double gpuMaxTemp READ gpuMaxTemp NOTIFY gpuMaxTempChanged)
     Q_PROPERTY(double systemPowerWatts READ systemPowerWatts NOTIFY systemPowerWattsChanged)
+    /// Whether the temperatures above are the sensors' own, and plausible.
+    Q_PROPERTY(bool isCpuTempKnown READ isCpuTempKnown NOTIFY isCpuTempKnownChanged)
+    Q_PROPERTY(bool isGpuTempKnown READ isGpuTempKnown NOTIFY isGpuTempKnownChanged)
+    /// The SMC answers to nothing.
+    Q_PROPERTY(bool isSmcLost READ isSmcLost NOTIFY isSmcLostChanged)
+    /// The age of all readings, in seconds; 0 until it is more than six.
+    Q_PROPERTY(int staleSeconds READ staleSeconds NOTIFY staleSecondsChanged)
+    /// Whether the fans do what the active profile says, as far as has been read.
+    Q_PROPERTY(bool isProfileInForce READ isProfileInForce NOTIFY isProfileInForceChanged)
+    /// Whether fans are forced that this program does not steer.
+    Q_PROPERTY(
+        bool areFansForcedByOthers READ areFansForcedByOthers NOTIFY areFansForcedByOthersChanged)
+    /// Whether the program that steers instead has just been named, and can be made to let go.
+    Q_PROPERTY(bool canTakeOver READ canTakeOver NOTIFY canTakeOverChanged)
+    /// Why the helper refuses low speeds, German; empty if it does not.
+    Q_PROPERTY(QString guardText READ guardText NOTIFY guardTextChanged)
+    /// Whether the helper is of another version than this program.
+    Q_PROPERTY(bool isHelperOutdated READ isHelperOutdated NOTIFY isHelperOutdatedChanged)
     Q_PROPERTY(QString menuBarSummaryText READ menuBarSummaryText NOTIFY menuBarSummaryTextChanged)
     Q_PROPERTY(ventaro::ControlProfile activeProfile READ activeProfile NOTIFY activeProfileChanged)
     Q_PROPERTY(
@@ -116,6 +134,15 @@ public:
     double cpuMaxTemp() const;       ///< °C
     double gpuMaxTemp() const;       ///< °C
     double systemPowerWatts() const; ///< W
+    bool isCpuTempKnown() const;
+    bool isGpuTempKnown() const;
+    bool isSmcLost() const;
+    int staleSeconds() const; ///< s
+    bool isProfileInForce() const;
+    bool areFansForcedByOthers() const;
+    bool canTakeOver() const;
+    QString guardText() const;
+    bool isHelperOutdated() const;
     QString menuBarSummaryText() const;
     ControlProfile activeProfile() const { return activeProfile_; }
     double manualRPMFan0() const; ///< RPM
@@ -185,6 +212,8 @@ public:
     /// Follows the curve: has new speeds set if one has moved by 45 RPM or more, or if forced.
     Q_INVOKABLE void applySmartCurveStep(bool force);
 
+    /// Chooses the system's automatic control.
+    Q_INVOKABLE void returnToAutomatic() { selectProfile(ControlProfile::systemAuto); }
     /// Has whoever else steers the fans let go of them, and then the active profile set again.
     Q_INVOKABLE void takeOverControl();
 
@@ -227,6 +256,15 @@ Q_SIGNALS:
     void cpuMaxTempChanged();
     void gpuMaxTempChanged();
     void systemPowerWattsChanged();
+    void isCpuTempKnownChanged();
+    void isGpuTempKnownChanged();
+    void isSmcLostChanged();
+    void staleSecondsChanged();
+    void isProfileInForceChanged();
+    void areFansForcedByOthersChanged();
+    void canTakeOverChanged();
+    void guardTextChanged();
+    void isHelperOutdatedChanged();
     void menuBarSummaryTextChanged();
     void activeProfileChanged();
     void manualRPMFan0Changed();
@@ -283,7 +321,7 @@ private:
     const std::unique_ptr<HardwareInventory> inventory_;
     std::unique_ptr<MonitoringTimer> timer_;
 
-    SteeringTemperatures temperatures_;
+    const std::unique_ptr<MachineTruth> truth_;
     std::unique_ptr<FileDescriptor> spare_; ///< for the way out of a process that has no other left
     ControlProfile activeProfile_ = ControlProfile::systemAuto;
     double currentCurveTargetPercent_ = 0;

@@ -7,6 +7,7 @@
 #include "HardwareInventory.h"
 #include "HelperStatus.h"
 #include "LoginItem.h"
+#include "MachineTruth.h"
 #include "StatusLine.h"
 #include "TelemetryMonitor.h"
 
@@ -30,6 +31,14 @@ QString Self::menuBarSummaryText() const {
 bool Self::isPollingInFlight() const { return telemetry_->isReading(); }
 void Self::refreshTelemetryAsync(bool includeAllSensors) { telemetry_->refresh(includeAllSensors); }
 
+bool Self::isCpuTempKnown() const { return truth_->isCpuKnown(); }
+bool Self::isGpuTempKnown() const { return truth_->isGpuKnown(); }
+bool Self::isSmcLost() const { return truth_->isSmcLost(); }
+int Self::staleSeconds() const { return truth_->staleSeconds(); }
+bool Self::isProfileInForce() const { return truth_->isProfileInForce(); }
+bool Self::areFansForcedByOthers() const { return truth_->areFansForcedByOthers(); }
+
+bool Self::canTakeOver() const { return requests_->canTakeOver(); }
 const FanTargets& Self::lastAppliedRPMs() const { return requests_->lastTargets(); }
 const std::shared_ptr<DispatchGate>& Self::dispatchGate() const { return requests_->gate(); }
 
@@ -53,6 +62,8 @@ void Self::setResetToAutoOnQuit(bool reset) { settings_->setResetOnQuit(reset); 
 void Self::saveSettings() { settings_->save(); }
 
 bool Self::isHelperInstalled() const { return helperStatus_->isInstalled(); }
+bool Self::isHelperOutdated() const { return helperStatus_->isOutdated(); }
+QString Self::guardText() const { return QString::fromStdString(helperStatus_->guardText()); }
 bool Self::isInstallingHelper() const { return helperStatus_->isInstalling(); }
 bool Self::competingProcessDetected() const { return helperStatus_->isCompetitorRunning(); }
 void Self::checkHelperAndConflictsAsync() { helperStatus_->check(); }

@@ -3,6 +3,7 @@
 #include "FanControllerViewModel.h"
 #include "FanRange.h"
 #include "FanRequests.h"
+#include "MachineTruth.h"
 #include "StoredField.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ void FanControllerViewModel::selectProfile(ControlProfile profile) {
     } else if (profile == ControlProfile::systemAuto) {
         requests_->sendResetAllToAuto();
     } else if (profile == ControlProfile::smartCurve) {
-        requests_->wishCurve(temperatures_.celsius(curveSensorSource()).has_value());
+        requests_->wishCurve(truth_->temperatures().celsius(curveSensorSource()).has_value());
         applySmartCurveStep(true);
     } else {
         applyManualSpeeds();
@@ -93,7 +94,7 @@ void FanControllerViewModel::applySmartCurveStep(bool force) {
         store(this, currentCurveTargetPercent_, step.percent,
               &Self::currentCurveTargetPercentChanged);
     }
-    const auto celsius = temperatures_.celsius(curveSensorSource());
+    const auto celsius = truth_->temperatures().celsius(curveSensorSource());
     const FanSupervisor& supervisor = requests_->supervisor();
     if (!celsius || supervisor.isCurveHeld() ||
         (!force && supervisor.wish() != FanSupervisor::Wish::curve)) {

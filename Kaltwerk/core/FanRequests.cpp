@@ -68,13 +68,14 @@ void FanRequests::forgetTargets() {
 }
 
 bool FanRequests::mayForce() {
-    if (const auto other = holder_.claim()) {
+    const auto other = holder_.claim();
+    store(this, canTakeOver_, other.has_value(), &FanRequests::canTakeOverChanged);
+    if (other) {
         supervisor_ = {};
         Q_EMIT reported(*other + " steuert bereits die Lüfter.", true);
         Q_EMIT supervised();
         return false;
     }
-    Q_EMIT supervised();
     return true;
 }
 
@@ -104,6 +105,7 @@ void FanRequests::wishCurve(bool isSourceKnown) {
     }
     supervisor_.wishCurve(isSourceKnown);
     newestWish_ = gate_->newWish();
+    Q_EMIT supervised();
 }
 
 void FanRequests::wishNothing() {
@@ -132,11 +134,14 @@ void FanRequests::sendTargetRPMs(double fan0, double fan1, bool silentSuccess) {
     }
     const FanTargets targets{{0, fan0}, {1, fan1}};
     silentSuccess ? supervisor_.steer(targets) : supervisor_.wishSpeeds(targets);
+    Q_EMIT supervised(); // before anything is forced
     sendTargets(targets, silentSuccess ? Report::failures : Report::everything);
 }
 
 void FanRequests::sendResetAllToAuto() {
+    store(this, canTakeOver_, false, &FanRequests::canTakeOverChanged);
     supervisor_.wishAutomatic();
+    Q_EMIT supervised();
     sendReset(Report::everything);
 }
 

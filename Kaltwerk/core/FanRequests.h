@@ -51,6 +51,8 @@ public:
     /// Compares the fans with the wish.
     void onReadout(const FanSupervisor::Readout& readout);
     const FanSupervisor& supervisor() const { return supervisor_; }
+    /// Whether the last wish was refused because another program steers the fans.
+    bool canTakeOver() const { return canTakeOver_; }
 
     /// What every request goes through: closed, it holds the next ones back. Lives as long as
     /// anything that sends.
@@ -66,6 +68,7 @@ Q_SIGNALS:
     void reported(const std::optional<std::string>& message, bool isError);
     /// Every request of a dispatch has been answered, be it with a refusal.
     void answered();
+    void canTakeOverChanged();
     /// Another program steers the fans from now on.
     void controlLost();
     /// The curve's speeds are to be sent, whether or not they have moved.
@@ -102,6 +105,7 @@ private:
     ControlHolder& holder_;
     const std::function<std::uint64_t()> begunReadouts_;
     FanSupervisor supervisor_;
+    bool canTakeOver_ = false;
     std::int64_t tick_ = 0;              ///< of the last readout
     std::uint64_t newestWish_ = 0;       ///< the gate's
     bool isFailureReported_ = false;     ///< since the last success

@@ -40,6 +40,16 @@ void HelperStatus::setGuard(std::optional<GuardCause> cause) {
     store(this, guard_, cause, &HelperStatus::guardChanged);
 }
 
+std::string HelperStatus::guardText() const {
+    if (!guard_) {
+        return {};
+    }
+    return std::string(*guard_ == GuardCause::hot ? "Der Rechner war zu heiß"
+                                                  : "Die CPU-Temperatur war nicht lesbar") +
+           ": Der Helper hat langsam gestellte Lüfter freigegeben und nimmt bis zur Abkühlung nur "
+           "Automatik oder mindestens 90 % an.";
+}
+
 void HelperStatus::check() {
     tasks_.run(
         TaskPriority::background,
@@ -52,6 +62,8 @@ void HelperStatus::check() {
             const auto running = applications_.current();
             setInstalled(answer.has_value());
             setGuard(answer ? answer->guard : std::nullopt);
+            store(this, isOutdated_, answer && answer->build != VENTARO_VERSION,
+                  &HelperStatus::isOutdatedChanged);
             store(this, isCompetitorRunning_,
                   std::any_of(running->begin(), running->end(), isCompetingFanControl),
                   &HelperStatus::isCompetitorRunningChanged);

@@ -25,8 +25,12 @@ public:
     bool isInstalling() const { return isInstalling_; }
     bool isCompetitorRunning() const { return isCompetitorRunning_; }
 
+    /// Whether it is of another version than this program.
+    bool isOutdated() const { return isOutdated_; }
     /// Why the helper's guard refuses low speeds, as far as is known.
     std::optional<GuardCause> guard() const { return guard_; }
+    /// The same in a German sentence; empty if it does not.
+    std::string guardText() const;
 
     /// What somebody else has found out.
     void setInstalled(bool installed);
@@ -41,6 +45,7 @@ Q_SIGNALS:
     void isInstalledChanged();
     void isInstallingChanged();
     void guardChanged();
+    void isOutdatedChanged();
     void isCompetitorRunningChanged();
     /// The helper has been removed; the fans are automatic.
     void uninstalled();
@@ -54,6 +59,7 @@ private:
     bool isInstalling_ = false;
     bool isCompetitorRunning_ = false;
     std::optional<GuardCause> guard_;
+    bool isOutdated_ = false;
     DetachedTasks tasks_;
 };
 

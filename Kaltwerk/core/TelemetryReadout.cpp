@@ -5,6 +5,7 @@
 #include "SMCService.h"
 #include "SensorCatalog.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ventaro {
@@ -65,6 +66,13 @@ void readAll(SMCService& smc, TelemetryReadout& readout) {
 double speedOf(const FanReading* fan) { return fan != nullptr ? fan->currentRPM : 0; }
 
 } // namespace
+
+bool TelemetryReadout::hasSmcAnswered() const {
+    const auto answers = [](const FanReadBack& fan) {
+        return fan.hold != FanHold::unread || fan.targetRPM;
+    };
+    return cpuCelsius || gpuCelsius || std::any_of(readBacks.begin(), readBacks.end(), answers);
+}
 
 TelemetryReadout readTelemetry(SMCService& smc, const Clock& clock, bool includeAllSensors) {
     TelemetryReadout readout;

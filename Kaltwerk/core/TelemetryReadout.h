@@ -26,6 +26,9 @@ struct TelemetryReadout {
     /// with and without a sweep; no value unless one is plausible.
     std::optional<double> cpuCelsius;
     std::optional<double> gpuCelsius;
+
+    /// Whether anything has answered at all.
+    bool hasSmcAnswered() const;
     TelemetrySample sample;
     std::string summaryText;
 };

@@ -245,12 +245,21 @@ TEST_F(FanControllerTest, AnSmcThatGoesAndComesBackIsReadAgain) {
         const bool isGone = count == 2 || count == 3;
         EXPECT_EQ(controller.sensors().empty(), isGone);
         EXPECT_EQ(controller.cpuMaxTemp() == 0, isGone);
+        EXPECT_EQ(controller.isSmcLost(), isGone);
+        EXPECT_NE(controller.isCpuTempKnown(), isGone);
         if (count == 3) {
             machine_.smc.faults().clear();
         }
         tick();
         tasks_.runAll();
     }
+    for (int count = 1; count <= 4; ++count) { // with a readout that takes its time
+        EXPECT_EQ(controller.staleSeconds(), 0);
+        tick();
+    }
+    EXPECT_EQ(controller.staleSeconds(), 8);
+    tasks_.runAll();
+    EXPECT_EQ(controller.staleSeconds(), 0);
 }
 
 TEST_F(FanControllerTest, ChecksFollowTheHelperAndCompetingPrograms) {

@@ -25,7 +25,7 @@ public:
         : server_(path, [this](int client) { exchange(client); }) {}
 
     static std::string accept(const std::string& message, std::int64_t version = 1) {
-        return encodeJson(HelperResponse{true, message, version});
+        return encodeJson(HelperResponse{true, message, version, {}, VENTARO_VERSION});
     }
     /// The answer to a ping from a helper that was started at `started`.
     static std::string acceptSince(std::int64_t started) {

@@ -73,6 +73,14 @@ public:
         });
         look();
     }
+    /// A helper of this version, whose guard is up or not.
+    Q_INVOKABLE void setHelper(const QString& build, bool isGuardUp) {
+        const auto guard = isGuardUp ? std::optional(GuardCause::hot) : std::nullopt;
+        helper_.setAnswer([guard, build = build.toStdString()](const HelperRequest&) {
+            return encodeJson(HelperResponse{true, "gut", 1, guard, build});
+        });
+        look();
+    }
     Q_INVOKABLE void setConflict(bool runs) {
         applications().list.clear();
         if (runs) {

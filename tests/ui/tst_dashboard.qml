@@ -60,6 +60,33 @@ TabTest {
         tryVerify(() => topOf(heading) === top);
     }
 
+    function test_whatIsNotSoIsNotShown() {
+        bench.setTemperatures(-127, 52.1, 10);
+        bench.tick(); // a sweep, which finds another sensor
+        bench.tick();
+        compare(named("CPU Max: – °C").valueColor, Theme.textSecondary);
+        verify(shows("52.1 °C"));
+        bench.setTemperatures(60, 52.1, 10);
+
+        const foreign = "Die Lüfter stehen auf fester Drehzahl, werden aber nicht von hier gesteuert.";
+        bench.setFan(0, 3000, 3000, true);
+        bench.tick();
+        verify(!shows(foreign), "one readout may be the end of something");
+        bench.tick();
+        tryVerify(() => shows(foreign) && shows("Nicht in Kraft"));
+        click("Auf Automatik");
+        compare(bench.requests(), ["reset"]);
+        bench.setFan(0, 3000, 3000, false);
+        bench.tick();
+        tryVerify(() => !shows(foreign) && !shows("Nicht in Kraft"));
+
+        bench.setHelper("0.0.9", true);
+        tryVerify(() => shows("Helper erneuern") && shows(bench.viewModel.guardText));
+        verify(bench.viewModel.guardText.startsWith("Der Rechner war zu heiß"));
+        bench.setHelperAnswers(true);
+        tryVerify(() => !shows("Helper erneuern") && bench.viewModel.guardText === "");
+    }
+
     function test_thePageStaysWhileTheWindowIsAway() {
         const page = bench.scrollPage(view);
         click("macOS-Auto");

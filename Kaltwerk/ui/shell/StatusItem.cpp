@@ -15,15 +15,21 @@ StatusItem::StatusItem(DesktopIntegration& desktop, FanControllerViewModel& cont
       item_(desktop.makeStatusItem(menu_.menu(), text())) {
     connect(&controller, &FanControllerViewModel::menuBarSummaryTextChanged, this,
             [this] { item_->setText(text()); });
+    connect(&controller, &FanControllerViewModel::isSmcLostChanged, this,
+            [this] { item_->setText(text()); });
+    connect(&controller, &FanControllerViewModel::isCpuTempKnownChanged, this,
+            [this] { item_->setText(text()); });
     connect(item_.get(), &DesktopStatusItem::quitRequested, this, &StatusItem::quitRequested);
     connect(item_.get(), &DesktopStatusItem::pressed, this, &StatusItem::pressed);
     connect(item_.get(), &DesktopStatusItem::activated, this, &StatusItem::activated);
 }
 
 StatusItemText StatusItem::text() const {
-    const double celsius = controller_.cpuMaxTemp();
-    return {controller_.menuBarSummaryText(),
-            celsius > 0 ? QString::fromStdString(formatFixed(celsius, 0)) : QString(), note_};
+    const bool isKnown = controller_.isCpuTempKnown() && controller_.cpuMaxTemp() > 0;
+    return {controller_.isSmcLost() ? QStringLiteral("SMC antwortet nicht")
+                                    : controller_.menuBarSummaryText(),
+            isKnown ? QString::fromStdString(formatFixed(controller_.cpuMaxTemp(), 0)) : QString(),
+            note_};
 }
 
 } // namespace ventaro

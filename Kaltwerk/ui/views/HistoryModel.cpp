@@ -1,7 +1,10 @@
 #include "HistoryModel.h"
 
+#include "SensorCatalog.h"
+
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 namespace ventaro {
 
@@ -80,10 +83,14 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
 }
 
 QList<QPointF> HistoryModel::line(double TelemetrySample::*column) const {
+    const bool isTemperature =
+        column == &TelemetrySample::cpuTemp || column == &TelemetrySample::gpuTemp;
     QList<QPointF> points;
     points.reserve(static_cast<qsizetype>(samples_.size()));
     for (const TelemetrySample& sample : samples_) {
-        points.append({milliseconds(sample.timestamp), sample.*column});
+        const double value = sample.*column;
+        const bool isShown = !isTemperature || isPlausibleTemperature(value);
+        points.append({milliseconds(sample.timestamp), isShown ? value : std::nan("")});
     }
     return points;
 }

@@ -79,8 +79,8 @@ FocusScope {
                 }
                 Label {
                     width: parent.width
-                    text: profiles.activeTitle
-                    color: Theme.textSecondary
+                    text: profiles.activeTitle + (popover.viewModel.isProfileInForce ? "" : " · nicht in Kraft")
+                    color: popover.viewModel.isProfileInForce ? Theme.textSecondary : Theme.orangeText
                 }
             }
             PushButton {
@@ -100,9 +100,9 @@ FocusScope {
         Label {
             width: parent.width
             visible: text !== ""
-            text: popover.machineNote
+            text: popover.viewModel.isSmcLost ? "SMC antwortet nicht" : popover.machineNote
             size: Theme.smallestSize
-            color: Theme.textSecondary
+            color: popover.viewModel.isSmcLost ? Theme.redText : Theme.textSecondary
         }
         T.AbstractButton {
             id: activate
@@ -186,14 +186,14 @@ FocusScope {
 
             TelemetryBadge {
                 title: "CPU Max"
-                value: NumberText.fixed(popover.viewModel.cpuMaxTemp, 0) + " °C"
+                value: (popover.viewModel.isCpuTempKnown ? NumberText.fixed(popover.viewModel.cpuMaxTemp, 0) : "–") + " °C"
                 symbol: "cpu"
                 tintColor: Theme.orange
                 symbolColor: Theme.orangeText
             }
             TelemetryBadge {
                 title: "Radeon GPU"
-                value: NumberText.fixed(popover.viewModel.gpuMaxTemp, 0) + " °C"
+                value: (popover.viewModel.isGpuTempKnown ? NumberText.fixed(popover.viewModel.gpuMaxTemp, 0) : "–") + " °C"
                 symbol: "display"
                 tintColor: Theme.purple
                 symbolColor: Theme.purpleText

@@ -9,14 +9,19 @@ ChoiceButton {
     required property string subtitle
     required property string symbol
     required property bool isActive
+    /// Whether the fans do what it says, as far as is known.
+    required property bool isInForce
 
+    readonly property bool isInVain: isActive && !isInForce
+
+    readonly property string shownSubtitle: isInVain ? "Nicht in Kraft" : subtitle
     readonly property real padded: 8
 
     implicitHeight: Math.max(words.implicitHeight + 2 * padded, 48)
     text: title
     opacity: enabled ? 1 : Theme.disabledOpacity
     isOn: isActive
-    Accessible.description: subtitle
+    Accessible.description: shownSubtitle
 
     background: Rectangle {
         radius: Theme.radiusCard
@@ -61,8 +66,8 @@ ChoiceButton {
             }
             Label {
                 width: parent.width
-                text: card.subtitle
-                color: Theme.textSecondary
+                text: card.shownSubtitle
+                color: card.isInVain ? Theme.orangeText : Theme.textSecondary
                 size: Theme.smallestSize
                 wrapMode: Text.Wrap
                 maximumLineCount: 2
@@ -75,9 +80,9 @@ ChoiceButton {
             anchors.rightMargin: card.padded
             y: words.y + 1
             visible: card.isActive
-            name: "checkmark.circle.fill"
+            name: card.isInVain ? "exclamationmark.triangle.fill" : "checkmark.circle.fill"
             size: 14
-            color: Theme.accentText
+            color: card.isInVain ? Theme.orangeText : Theme.accentText
         }
     }
 }

@@ -20,6 +20,10 @@ int rowOf(ControlProfile profile) {
 
 void ProfileModel::follow(FanControllerViewModel& viewModel) {
     connect(&viewModel, &FanControllerViewModel::activeProfileChanged, this, &ProfileModel::update);
+    connect(&viewModel, &FanControllerViewModel::isProfileInForceChanged, this, [this] {
+        const QModelIndex place = index(rowOf(active_));
+        Q_EMIT dataChanged(place, place, {isInForceRole});
+    });
     update();
 }
 
@@ -30,7 +34,7 @@ void ProfileModel::update() {
     }
     for (const ControlProfile profile : {before, active_}) {
         const QModelIndex place = index(rowOf(profile));
-        Q_EMIT dataChanged(place, place, {isActiveRole});
+        Q_EMIT dataChanged(place, place, {isActiveRole, isInForceRole});
     }
     Q_EMIT activeChanged();
 }
@@ -55,6 +59,8 @@ QVariant ProfileModel::data(const QModelIndex& index, int role) const {
         return text(iconName(profile));
     case isActiveRole:
         return profile == active_;
+    case isInForceRole:
+        return profile != active_ || viewModel()->isProfileInForce();
     default:
         return {};
     }
@@ -64,7 +70,8 @@ QHash<int, QByteArray> ProfileModel::roleNames() const {
     return {{titleRole, "title"},
             {subtitleRole, "subtitle"},
             {symbolRole, "symbol"},
-            {isActiveRole, "isActive"}};
+            {isActiveRole, "isActive"},
+            {isInForceRole, "isInForce"}};
 }
 
 void ProfileModel::select(int row) {

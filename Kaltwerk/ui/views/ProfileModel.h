@@ -12,7 +12,7 @@ class ProfileModel : public ventaro::ControllerListModel {
     Q_PROPERTY(QString activeTitle READ activeTitle NOTIFY activeChanged)
 
 public:
-    enum Role { titleRole = Qt::UserRole, subtitleRole, symbolRole, isActiveRole };
+    enum Role { titleRole = Qt::UserRole, subtitleRole, symbolRole, isActiveRole, isInForceRole };
 
     using ControllerListModel::ControllerListModel;
 

@@ -15,7 +15,13 @@ Rectangle {
 
     signal tabChosen(int tab)
 
-    function bandColor(celsius: real): color {
+    /// Of what is not known nothing is said, least of all that it is cool.
+    function celsiusText(isKnown: bool, celsius: real): string {
+        return (isKnown ? NumberText.fixed(celsius, 1) : "–") + " °C";
+    }
+    function bandColor(isKnown: bool, celsius: real): color {
+        if (!isKnown)
+            return Theme.textSecondary;
         switch (TemperatureColor.band(celsius)) {
         case TemperatureColor.Red:
             return Theme.redText;
@@ -190,8 +196,8 @@ Rectangle {
         x: 12
         width: parent.width - 24
         visible: text !== "" && y > tabs.y + tabs.height + 4
-        text: sidebar.machineNote
-        color: Theme.textSecondary
+        text: sidebar.viewModel.isSmcLost ? "SMC antwortet nicht" : sidebar.machineNote
+        color: sidebar.viewModel.isSmcLost ? Theme.redText : Theme.textSecondary
         size: Theme.smallestSize
     }
     Rectangle {
@@ -230,8 +236,8 @@ Rectangle {
 
                 Label {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: "LIVE-STATUS"
-                    color: Theme.textSecondary
+                    text: sidebar.viewModel.staleSeconds > 0 ? "VOR " + sidebar.viewModel.staleSeconds + " S" : "LIVE-STATUS"
+                    color: sidebar.viewModel.staleSeconds > 0 ? Theme.orangeText : Theme.textSecondary
                     size: Theme.smallestSize
                     font.weight: Font.Bold
                 }
@@ -254,26 +260,31 @@ Rectangle {
                 }
             }
             SidebarMetricRow {
+                isOld: sidebar.viewModel.staleSeconds > 0
                 label: "CPU Max"
-                value: NumberText.fixed(sidebar.viewModel.cpuMaxTemp, 1) + " °C"
-                valueColor: sidebar.bandColor(sidebar.viewModel.cpuMaxTemp)
+                value: sidebar.celsiusText(sidebar.viewModel.isCpuTempKnown, sidebar.viewModel.cpuMaxTemp)
+                valueColor: sidebar.bandColor(sidebar.viewModel.isCpuTempKnown, sidebar.viewModel.cpuMaxTemp)
             }
             SidebarMetricRow {
+                isOld: sidebar.viewModel.staleSeconds > 0
                 label: "Radeon GPU"
-                value: NumberText.fixed(sidebar.viewModel.gpuMaxTemp, 1) + " °C"
-                valueColor: sidebar.bandColor(sidebar.viewModel.gpuMaxTemp)
+                value: sidebar.celsiusText(sidebar.viewModel.isGpuTempKnown, sidebar.viewModel.gpuMaxTemp)
+                valueColor: sidebar.bandColor(sidebar.viewModel.isGpuTempKnown, sidebar.viewModel.gpuMaxTemp)
             }
             SidebarMetricRow {
+                isOld: sidebar.viewModel.staleSeconds > 0
                 label: "Lüfter Links"
                 value: NumberText.whole(fans.left) + " RPM"
                 valueColor: Theme.cyanText
             }
             SidebarMetricRow {
+                isOld: sidebar.viewModel.staleSeconds > 0
                 label: "Lüfter Rechts"
                 value: NumberText.whole(fans.right) + " RPM"
                 valueColor: Theme.cyanText
             }
             SidebarMetricRow {
+                isOld: sidebar.viewModel.staleSeconds > 0
                 label: "Leistung"
                 value: NumberText.fixed(sidebar.viewModel.systemPowerWatts, 1) + " W"
                 valueColor: Theme.textPrimary

@@ -8,6 +8,7 @@ Item {
     property string label
     property string value
     property color valueColor
+    property bool isOld: false
 
     width: parent?.width ?? 0
     height: 14
@@ -30,7 +31,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         text: row.value
-        color: row.valueColor
+        color: row.isOld ? Theme.textSecondary : row.valueColor
         font.pixelSize: Theme.smallestSize
         font.weight: Font.Bold
     }

@@ -11,7 +11,7 @@ Column {
     /// The control that has the focus is about to go.
     signal focusDropped
 
-    bottomPadding: missing.shown || conflict.shown || message.shown ? 6 : 0
+    bottomPadding: missing.shown || outdated.shown || conflict.shown || foreign.shown || guard.shown || message.shown ? 6 : 0
 
     Banner {
         id: missing
@@ -35,6 +35,62 @@ Column {
             font.weight: Font.Bold
             busy: banners.viewModel.isInstallingHelper
             onClicked: banners.viewModel.installHelper()
+        }
+    }
+    Banner {
+        id: outdated
+
+        shown: banners.viewModel.isHelperInstalled && banners.viewModel.isHelperOutdated
+        symbol: "lock.shield.fill"
+        symbolColor: Theme.orangeText
+        fill: Theme.tint(Theme.orange, 0.14)
+        text: "Der Hintergrund-Helper gehört zu einer anderen Version von Ventaro."
+        trailingWidth: renew.width
+
+        PushButton {
+            id: renew
+
+            width: 146
+            kind: PushButton.Orange
+            symbol: "key.fill"
+            text: "Helper erneuern"
+            fontSize: 11
+            font.weight: Font.Bold
+            busy: banners.viewModel.isInstallingHelper
+            onClicked: banners.viewModel.installHelper()
+        }
+    }
+    Banner {
+        id: guard
+
+        // Kept while the banner goes.
+        property string lastText
+
+        shown: banners.viewModel.guardText !== ""
+        symbol: "exclamationmark.triangle.fill"
+        symbolColor: Theme.redText
+        fill: Theme.tint(Theme.red, 0.10)
+        text: banners.viewModel.guardText || lastText
+        onShownChanged: lastText = banners.viewModel.guardText || lastText
+    }
+    Banner {
+        id: foreign
+
+        shown: banners.viewModel.areFansForcedByOthers
+        symbol: "exclamationmark.triangle.fill"
+        symbolColor: Theme.yellowText
+        fill: Theme.tint(Theme.yellow, 0.12)
+        text: "Die Lüfter stehen auf fester Drehzahl, werden aber nicht von hier gesteuert."
+        trailingWidth: free.width
+
+        PushButton {
+            id: free
+
+            width: 146
+            symbol: "arrow.counterclockwise"
+            text: "Auf Automatik"
+            fontSize: 11
+            onClicked: banners.viewModel.returnToAutomatic()
         }
     }
     Banner {
@@ -65,7 +121,7 @@ Column {
         symbolColor: wasError ? Theme.redText : Theme.greenText
         fill: Theme.tint(wasError ? Theme.red : Theme.green, 0.10)
         text: lastText
-        trailingWidth: dismiss.width
+        trailingWidth: actions.width
         Component.onCompleted: remember()
 
         Connections {
@@ -77,15 +133,29 @@ Column {
                 message.remember();
             }
         }
-        IconButton {
-            id: dismiss
+        Row {
+            id: actions
 
-            symbol: "xmark"
-            text: "Meldung schließen"
-            onClicked: {
-                if (activeFocus)
-                    banners.focusDropped();
-                banners.viewModel.dismissStatusMessage();
+            spacing: 8
+
+            PushButton {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: banners.viewModel.canTakeOver
+                text: "Übernehmen"
+                fontSize: 11
+                onClicked: banners.viewModel.takeOverControl()
+            }
+            IconButton {
+                id: dismiss
+
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "xmark"
+                text: "Meldung schließen"
+                onClicked: {
+                    if (activeFocus)
+                        banners.focusDropped();
+                    banners.viewModel.dismissStatusMessage();
+                }
             }
         }
     }
