@@ -226,6 +226,9 @@ public:
     Q_INVOKABLE void setLaunchAtLogin(bool enabled);
     Q_INVOKABLE void setStartMinimized(bool minimized);
 
+    /// Whether the fans are to be handed back at the end: the user wants it, and no other program
+    /// steers them. May block for two seconds.
+    bool isHandBackWished() const;
     /// Hands the fans back to the automatic control, if the user wants that at the end, a helper
     /// answers and no other program steers them. Blocks for two exchanges at most; failures are
     /// passed over.
@@ -295,7 +298,6 @@ private:
     void passOnChanges();
     void followControl();
     bool beginShutdown();
-    bool isHandBackWished() const;
     void connectParts();
     void seedManualSpeeds();
     void setActiveProfile(ControlProfile profile);

@@ -23,7 +23,7 @@ std::optional<std::string> failureOf(Action action) {
 
 struct Installation {
     std::optional<std::string> failure;
-    bool isHelperActive;
+    std::optional<HelperResponse> answer; ///< to the ping that followed
 };
 
 } // namespace
@@ -50,6 +50,13 @@ std::string HelperStatus::guardText() const {
            "Automatik oder mindestens 90 % an.";
 }
 
+void HelperStatus::publish(const std::optional<HelperResponse>& answer) {
+    setInstalled(answer.has_value());
+    setGuard(answer ? answer->guard : std::nullopt);
+    store(this, isOutdated_, answer && answer->build != VENTARO_VERSION,
+          &HelperStatus::isOutdatedChanged);
+}
+
 void HelperStatus::check() {
     tasks_.run(
         TaskPriority::background,
@@ -60,10 +67,7 @@ void HelperStatus::check() {
         },
         [this](const std::optional<HelperResponse>& answer) {
             const auto running = applications_.current();
-            setInstalled(answer.has_value());
-            setGuard(answer ? answer->guard : std::nullopt);
-            store(this, isOutdated_, answer && answer->build != VENTARO_VERSION,
-                  &HelperStatus::isOutdatedChanged);
+            publish(answer);
             store(this, isCompetitorRunning_,
                   std::any_of(running->begin(), running->end(), isCompetingFanControl),
                   &HelperStatus::isCompetitorRunningChanged);
@@ -80,11 +84,11 @@ void HelperStatus::install() {
         TaskPriority::standard,
         [&helper = helper_] {
             auto failure = failureOf([&] { helper.installPrivilegedDaemon(); });
-            return Installation{std::move(failure), helper.isDaemonActive()};
+            return Installation{std::move(failure), helper.ping()};
         },
         [this](const Installation& outcome) {
             store(this, isInstalling_, false, &HelperStatus::isInstallingChanged);
-            setInstalled(outcome.isHelperActive);
+            publish(outcome.answer);
             Q_EMIT reported(outcome.failure.value_or(HelperClient::installedMessage),
                             outcome.failure.has_value());
         });

@@ -53,6 +53,8 @@ Q_SIGNALS:
     void reported(const std::optional<std::string>& message, bool isError);
 
 private:
+    void publish(const std::optional<HelperResponse>& answer);
+
     const HelperClient& helper_;
     RunningApplications& applications_;
     bool isInstalled_ = false;

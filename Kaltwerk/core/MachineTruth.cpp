@@ -8,14 +8,12 @@
 
 namespace ventaro {
 
-using Self = MachineTruth;
-
 void MachineTruth::onTick(std::int64_t tick) {
     constexpr std::int64_t secondsPerTick = 2;
     constexpr std::int64_t oldest = 6; // seconds
     const std::int64_t age = (tick - lastReadout_) * secondsPerTick;
     store(this, staleSeconds_, age > oldest ? static_cast<int>(age) : 0,
-          &Self::staleSecondsChanged);
+          &MachineTruth::staleSecondsChanged);
 }
 
 void MachineTruth::onReadout(const TelemetryReadout& readout, std::int64_t tick) {
@@ -26,11 +24,11 @@ void MachineTruth::onReadout(const TelemetryReadout& readout, std::int64_t tick)
     // they follow meanwhile need not be the figure that is shown.
     store(this, isCpuKnown_,
           readout.cpuCelsius && isPlausibleTemperature(readout.summary.cpuTemperature),
-          &Self::isCpuKnownChanged);
+          &MachineTruth::isCpuKnownChanged);
     store(this, isGpuKnown_,
           readout.gpuCelsius && isPlausibleTemperature(readout.summary.gpuTemperature),
-          &Self::isGpuKnownChanged);
-    store(this, isSmcLost_, !readout.hasSmcAnswered(), &Self::isSmcLostChanged);
+          &MachineTruth::isGpuKnownChanged);
+    store(this, isSmcLost_, !readout.hasSmcAnswered(), &MachineTruth::isSmcLostChanged);
     const bool isAnyForced =
         std::any_of(readout.readBacks.begin(), readout.readBacks.end(),
                     [](const FanReadBack& fan) { return fan.hold == FanHold::forced; });
@@ -46,10 +44,10 @@ void MachineTruth::judge(ControlProfile activeProfile, const FanSupervisor& supe
                           : activeProfile == ControlProfile::smartCurve ? Wish::curve
                                                                         : Wish::speeds;
     const bool isConfirmedAutomatic = expected == Wish::automatic && wish == Wish::none;
-    store(this, areFansForcedByOthers_, isForeign, &Self::areFansForcedByOthersChanged);
+    store(this, areFansForcedByOthers_, isForeign, &MachineTruth::areFansForcedByOthersChanged);
     store(this, isProfileInForce_,
           isConfirmedAutomatic ? !isForeign : wish == expected && supervisor.isInForce(),
-          &Self::isProfileInForceChanged);
+          &MachineTruth::isProfileInForceChanged);
 }
 
 } // namespace ventaro

@@ -83,20 +83,19 @@ TEST_F(ExitTest, SaysSoWhenTheFansStayForced) {
 
 TEST_F(ExitTest, TheGuardActsOnceAndOnlyIfItMust) {
     const auto gate = std::make_shared<DispatchGate>();
-    ExitGuard guard(client_, gate);
+    const auto yes = [] { return true; };
+    ExitGuard guard(client_, gate, yes);
     guard.handFansBack();
     guard.handFansBack();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
     EXPECT_TRUE(gate->isClosed()) << "no request comes after the reset";
-    ExitGuard unwanted(client_, gate);
-    unwanted.setResetsFans(false);
-    unwanted.handFansBack();
-    ExitGuard disarmed(client_, gate);
+    ExitGuard(client_, gate, [] { return false; }).handFansBack();
+    ExitGuard disarmed(client_, gate, yes);
     disarmed.disarm();
     disarmed.handFansBack();
     EXPECT_THAT(helper_.taken(), IsEmpty());
     helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("neu", 2); });
-    ExitGuard(client_, gate).handFansBack();
+    ExitGuard(client_, gate, yes).handFansBack();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping"));
 }
 

@@ -21,8 +21,9 @@ void atExit() {
 
 } // namespace
 
-ExitGuard::ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate)
-    : helper_(helper), gate_(std::move(gate)) {
+ExitGuard::ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate,
+                     std::function<bool()> isWished)
+    : helper_(helper), gate_(std::move(gate)), isWished_(std::move(isWished)) {
     [[maybe_unused]] static const int registered = std::atexit(atExit);
     present = this;
 }
@@ -35,7 +36,7 @@ void ExitGuard::handFansBack() noexcept {
     }
     try {
         gate_->close();
-        if (resetsFans_ && helper_.isDaemonActive()) {
+        if (isWished_() && helper_.isDaemonActive()) {
             helper_.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
         }
     } catch (const std::exception&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 namespace ventaro {
@@ -12,14 +13,14 @@ class HelperClient;
 /// does when the display goes away. Works without Qt. At most one at a time.
 class ExitGuard {
 public:
-    /// Both must live to the end of the process.
-    ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate);
+    /// `helper` must live to the end of the process. `isWished`, asked at the exit: whether the
+    /// fans are to be handed back.
+    ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate,
+              std::function<bool()> isWished);
     ~ExitGuard();
     ExitGuard(const ExitGuard&) = delete;
     ExitGuard& operator=(const ExitGuard&) = delete;
 
-    /// Whether the user wants the fans back at the end. Any thread.
-    void setResetsFans(bool resets) { resetsFans_ = resets; }
     /// Nothing is left to be done at the exit. Any thread.
     void disarm() { isArmed_ = false; }
 
@@ -30,8 +31,8 @@ public:
 private:
     const HelperClient& helper_;
     const std::shared_ptr<DispatchGate> gate_;
+    const std::function<bool()> isWished_;
     std::atomic<bool> isArmed_ = true;
-    std::atomic<bool> resetsFans_ = true;
 };
 
 } // namespace ventaro

@@ -17,7 +17,8 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopInt
     : desktop_(desktop),
       tasks_(dependencies.tasks),
       viewModel_(dependencies),
-      exitGuard_(dependencies.helper, viewModel_.dispatchGate()),
+      exitGuard_(dependencies.helper, viewModel_.dispatchGate(),
+                 [this] { return viewModel_.isHandBackWished(); }),
       shell_(viewModel_, tasks_, options.shell),
       appDelegate_(shell_, options.arguments),
       statusItem_(desktop, viewModel_, options.shell.machineNote),
@@ -25,9 +26,6 @@ VentaroApp::VentaroApp(const FanControllerDependencies& dependencies, DesktopInt
       failures_(
           viewModel_, tasks_, [this] { return shell_.isDashboardReadable(); },
           [&desktop](const QString& text) { desktop.notify(text); }) {
-    const auto followSetting = [this] { exitGuard_.setResetsFans(viewModel_.resetToAutoOnQuit()); };
-    connect(&viewModel_, &FanControllerViewModel::resetToAutoOnQuitChanged, this, followSetting);
-    followSetting();
     startIsOver_.setSingleShot(true);
     connect(&startIsOver_, &QTimer::timeout, this, releaseFreeMemory);
     connectWindows();
