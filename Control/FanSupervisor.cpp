@@ -8,10 +8,10 @@ namespace ventaro {
 
 namespace {
 
-constexpr int patience = 2;                   // readouts; a write takes a moment to show
-constexpr int quickTries = 5;                 // before it is told, and tried more slowly
-constexpr std::int64_t slowPace = 5;          // ticks: 10 s
-constexpr std::int64_t guardMemory = 30 * 60; // ticks: an hour
+constexpr int patience = 2;                // readouts; a write takes a moment to show
+constexpr int quickTries = 5;              // before it is told, and tried more slowly
+constexpr std::int64_t slowPace = 5;       // ticks: 10 s
+constexpr std::int64_t guardMemory = 1800; // ticks: an hour
 
 bool isFollowed(const FanReadBack& fan, double target) {
     constexpr double tolerance = 1; // RPM; older SMCs count in quarters

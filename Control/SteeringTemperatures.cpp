@@ -7,7 +7,7 @@ namespace ventaro {
 namespace {
 
 constexpr int enough = 2;                    // readings
-constexpr std::int64_t soon = 10 * 30;       // ticks: ten minutes
+constexpr std::int64_t soon = 300;           // ticks: ten minutes
 constexpr std::int64_t steadyGoodTicks = 15; // half a minute
 
 } // namespace
