@@ -43,8 +43,6 @@ public:
         cpu_.see(cpu, tick);
         gpu_.see(gpu, tick);
     }
-    const TemperatureTrust& cpu() const { return cpu_; }
-    const TemperatureTrust& gpu() const { return gpu_; }
     /// Of the two together the CPU decides: a GPU that is switched off says nothing.
     TemperatureTrust::State state(CurveSensorSource source) const;
     /// In °C; no value unless the source is known.

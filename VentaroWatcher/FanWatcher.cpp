@@ -2,6 +2,7 @@
 
 #include "FileLock.h"
 #include "HelperClient.h"
+#include "WatcherLink.h"
 
 #include <unistd.h>
 
@@ -13,31 +14,12 @@ namespace ventaro {
 
 namespace {
 
-/// Whether somebody else steers the fans. The lock of a process that was killed is freed a moment
-/// after its other files are closed.
+/// Whether somebody else steers the fans.
 bool isHeld(const std::filesystem::path& lock) {
-    constexpr int looks = 10;
-    constexpr std::chrono::milliseconds pause(50);
     try {
-        for (int look = 0; look < looks; ++look) {
-            if (tryLockFile(lock)) {
-                return false;
-            }
-            std::this_thread::sleep_for(pause);
-        }
-        return true;
+        return staysLocked(lock);
     } catch (const std::system_error&) {
-        return false; // nobody that could be asked
-    }
-}
-
-bool isConfirmed(const HelperClient& helper) {
-    try {
-        return helper.isDaemonActive() &&
-               helper.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt})
-                   .success;
-    } catch (const std::exception&) {
-        return false;
+        return false; // by nobody that could be asked
     }
 }
 
@@ -62,7 +44,7 @@ bool handFansBack(const std::filesystem::path& socket, const std::filesystem::pa
     const HelperClient helper(socket);
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!isHeld(controlLock)) {
-        if (isConfirmed(helper)) {
+        if (!helper.resetAllFans()) {
             return true;
         }
         if (std::chrono::steady_clock::now() >= end) {

@@ -5,9 +5,6 @@
 
 namespace ventaro {
 
-/// What the one that is watched says when nothing is left to be done at its end.
-constexpr char allIsWell = 'd';
-
 /// Blocks until the other end of `link` is closed, however that comes; whether it has said that all
 /// is well.
 bool endsWell(int link);

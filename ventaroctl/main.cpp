@@ -22,6 +22,7 @@ namespace {
 
 using namespace ventaro;
 
+constexpr const char* commandName = "ventaroctl";
 constexpr int exitRefused = 1;
 constexpr int exitWrongUsage = 2;
 constexpr const char* profileNames = "systemAuto, smartCurve, manual, silent, balanced or turbo";
@@ -77,6 +78,13 @@ void requireControl(const ControlHolder& holder, bool takeOver) {
     }
     if (const auto other = holder.other()) {
         throw CommandError(*other + " is steering the fans; --take-over makes it let go.");
+    }
+}
+
+void warnUnlessOtherLetsGo(const ControlHolder& holder) {
+    if (!holder.otherLettingGo()()) {
+        std::cerr << holder.other().value_or("Another program")
+                  << " does not let go of the fans and may force them again.\n";
     }
 }
 
@@ -211,12 +219,10 @@ int run(int argc, char** argv) {
         hardware->parsed()) {
         platform.session = makeHostSession(platform);
     }
-    const ControlHolder holder(platform.machineRoot, "ventaroctl");
     if (set->parsed() || profile->parsed() || runCommand->parsed()) {
-        requireControl(holder, takeOver);
-    } else if (automatic->parsed() && !holder.otherLettingGo()()) {
-        std::cerr << holder.other().value_or("Another program")
-                  << " does not let go of the fans and may force them again.\n";
+        requireControl(ControlHolder(platform.machineRoot, commandName), takeOver);
+    } else if (automatic->parsed()) {
+        warnUnlessOtherLetsGo(ControlHolder(platform.machineRoot, commandName));
     }
     int exitCode = EXIT_SUCCESS;
     Commands commands(SMCService::shared(), HelperClient::shared(), platform.machineKind,

@@ -134,4 +134,17 @@ std::optional<HelperResponse> HelperClient::ping() const {
     }
 }
 
+std::optional<std::string> HelperClient::resetAllFans() const {
+    try {
+        if (!isDaemonActive()) {
+            return describe(HelperClientError::Code::notReachable);
+        }
+        HelperResponse answer =
+            sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
+        return answer.success ? std::nullopt : std::optional(std::move(answer.message));
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
 } // namespace ventaro

@@ -84,6 +84,10 @@ public:
     std::optional<HelperResponse> ping() const;
     bool isDaemonActive() const { return ping().has_value(); }
 
+    /// Has a helper that this program can use give all fans back to the automatic control. Why it
+    /// has not confirmed that, German; no value if it has. Blocks for two exchanges at most.
+    std::optional<std::string> resetAllFans() const;
+
     /// Installs the helper from the bundle, or installs it anew, with the administrator's consent,
     /// and returns once it answers. Blocks as long as the dialog is open and, if the helper does
     /// not answer, for twenty-one exchanges with a tenth of a second between them. Throws

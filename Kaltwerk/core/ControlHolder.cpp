@@ -1,6 +1,7 @@
 #include "ControlHolder.h"
 
 #include "ExclusiveRole.h"
+#include "FileLock.h"
 
 #include <unistd.h>
 
@@ -16,7 +17,7 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view whoLine = "who";
 constexpr std::string_view letGoPrefix = "let go for ";
-constexpr milliseconds patienceForAName(200); ///< ten times
+constexpr milliseconds patienceForAName(1000);
 
 std::unique_ptr<ExclusiveRole> makeRole(const MachineRoot& root) {
     try {
@@ -26,21 +27,19 @@ std::unique_ptr<ExclusiveRole> makeRole(const MachineRoot& root) {
     }
 }
 
-/// One that was killed has its files closed one after the other, and the lock not as the first.
 std::optional<std::string> holderIn(const ExclusiveRole::Files& files) {
-    constexpr int looks = 10;
-    constexpr milliseconds pause(50);
     try {
-        for (int look = 0; look < looks; ++look) {
-            if (!files.isTaken()) {
-                return std::nullopt;
-            }
-            if (auto name = files.ask(whoLine, patienceForAName)) {
-                return name;
-            }
-            std::this_thread::sleep_for(pause);
+        if (!files.isTaken()) {
+            return std::nullopt;
         }
-        return "Ein anderes Programm";
+        if (auto name = files.ask(whoLine, patienceForAName)) {
+            return name;
+        }
+        // It does not listen yet, or no longer.
+        return staysLocked(files.lock)
+                   ? std::optional(
+                         files.ask(whoLine, patienceForAName).value_or("Ein anderes Programm"))
+                   : std::nullopt;
     } catch (const std::runtime_error&) {
         return std::nullopt;
     }
@@ -83,8 +82,13 @@ void ControlHolder::release() {
     }
 }
 
-std::optional<std::string> ControlHolder::other() const {
-    return role_ && !role_->isMine() ? holderIn(role_->files()) : std::nullopt;
+std::optional<std::string> ControlHolder::other() const { return lookForOther()(); }
+
+std::function<std::optional<std::string>()> ControlHolder::lookForOther() const {
+    if (!role_ || role_->isMine()) {
+        return [] { return std::nullopt; };
+    }
+    return [files = role_->files()] { return holderIn(files); };
 }
 
 std::function<bool()> ControlHolder::otherLettingGo() const {

@@ -33,6 +33,8 @@ public:
 
     /// Who else steers the fans; no value if nobody does. Blocks like `claim`.
     std::optional<std::string> other() const;
+    /// What finds that out; any thread, also when this object is gone.
+    std::function<std::optional<std::string>()> lookForOther() const;
     /// What asks whoever else steers them to let go, and returns whether it has within four
     /// seconds, or nobody did. Blocks then; any thread, also when this object is gone.
     std::function<bool()> otherLettingGo() const;

@@ -2,6 +2,7 @@
 
 #include "BackgroundProgram.h"
 #include "SystemCalls.h"
+#include "WatcherLink.h"
 
 #include <unistd.h>
 
@@ -15,7 +16,6 @@ namespace ventaro {
 namespace {
 
 constexpr std::chrono::milliseconds pauseBetweenStarts(1000); ///< of one that cannot stay
-constexpr char allIsWell = 'd';                               ///< the watcher's word for it
 
 } // namespace
 

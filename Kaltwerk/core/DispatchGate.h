@@ -19,6 +19,11 @@ public:
         return ++newest_;
     }
 
+    bool isNewest(Wish wish) {
+        const std::lock_guard guard(lock_);
+        return wish == newest_;
+    }
+
     /// What `exchange` returns; no value, and no exchange, once there is a newer wish or the gate
     /// is closed. Waits for the exchange that is under way. Throws what `exchange` throws.
     template<typename Exchange>

@@ -226,13 +226,10 @@ public:
     Q_INVOKABLE void setLaunchAtLogin(bool enabled);
     Q_INVOKABLE void setStartMinimized(bool minimized);
 
-    /// Whether the fans are to be handed back at the end: the user wants it, and no other program
-    /// steers them. May block for two seconds.
-    bool isHandBackWished() const;
-    /// Hands the fans back to the automatic control, if the user wants that at the end, a helper
-    /// answers and no other program steers them. Blocks for two exchanges at most; failures are
-    /// passed over.
-    void handleAppTermination() const;
+    /// Hands the fans back to the automatic control, if the user wants that at the end and no other
+    /// program steers them. Why the helper has not confirmed it, German; no value if it has, or
+    /// need not. Blocks for two exchanges at most, and for those with a program that steers.
+    std::optional<std::string> handleAppTermination() const;
 
     /// The one way out: stops the timer, ends a running profiler, sends no fan request any more,
     /// waits for those that are just on their way, and hands the fans back: for as long as

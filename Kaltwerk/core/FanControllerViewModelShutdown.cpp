@@ -18,32 +18,8 @@
 
 namespace ventaro {
 
-namespace {
-
-/// Why the helper has not confirmed that all fans are automatic; no value if it has.
-std::optional<std::string> failureOfReset(const HelperClient& helper) {
-    try {
-        if (!helper.isDaemonActive()) {
-            return HelperClientError(HelperClientError::Code::notReachable).description();
-        }
-        const HelperResponse answer =
-            helper.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
-        return answer.success ? std::nullopt : std::optional(answer.message);
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-}
-
-} // namespace
-
-bool FanControllerViewModel::isHandBackWished() const {
-    return resetToAutoOnQuit() && !holder_->other();
-}
-
-void FanControllerViewModel::handleAppTermination() const {
-    if (isHandBackWished()) {
-        failureOfReset(helper_);
-    }
+std::optional<std::string> FanControllerViewModel::handleAppTermination() const {
+    return resetToAutoOnQuit() && !holder_->other() ? helper_.resetAllFans() : std::nullopt;
 }
 
 bool FanControllerViewModel::beginShutdown() {
@@ -64,17 +40,14 @@ FanControllerViewModel::shutdown(const std::function<bool(const std::string&)>& 
         return std::nullopt;
     }
     dispatchGate()->close();
-    if (!isHandBackWished()) {
-        return std::nullopt;
-    }
     const bool hasForced = requests_->supervisor().wish() != FanSupervisor::Wish::none;
-    auto failure = failureOfReset(helper_);
+    auto failure = handleAppTermination();
     while (failure && hasForced && !smc_.areFansAutomatic()) {
         if (!goesOn(*failure)) {
             return failure; // the watcher goes on
         }
         std::this_thread::sleep_for(pause);
-        failure = failureOfReset(helper_);
+        failure = handleAppTermination();
     }
     watcher_->end();
     return std::nullopt;
@@ -93,10 +66,10 @@ void FanControllerViewModel::shutdownAtOnce() {
     }
     const auto isFree = std::make_shared<std::promise<bool>>();
     runner_.detach(TaskPriority::userInitiated,
-                   [&helper = helper_, gate = dispatchGate(), isWished = isHandBackWished(),
-                    isFree]() -> TaskRunner::Action {
+                   [&helper = helper_, gate = dispatchGate(), isWished = resetToAutoOnQuit(),
+                    lookForOther = holder_->lookForOther(), isFree]() -> TaskRunner::Action {
                        gate->close();
-                       isFree->set_value(!isWished || !failureOfReset(helper));
+                       isFree->set_value(!isWished || lookForOther() || !helper.resetAllFans());
                        return {};
                    });
     auto result = isFree->get_future();

@@ -7,6 +7,7 @@
 #include "StoredField.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ventaro {
@@ -104,13 +105,13 @@ void FanRequests::wishCurve(bool isSourceKnown) {
         return;
     }
     supervisor_.wishCurve(isSourceKnown);
-    newestWish_ = gate_->newWish();
+    gate_->newWish();
     Q_EMIT supervised();
 }
 
 void FanRequests::wishNothing() {
     supervisor_ = {};
-    newestWish_ = gate_->newWish();
+    gate_->newWish();
     Q_EMIT supervised();
     tasks_.run(
         TaskPriority::userInitiated,
@@ -169,7 +170,7 @@ void FanRequests::sendReset(Report report) {
 
 void FanRequests::dispatch(std::vector<HelperRequest> requests, Report report,
                            const std::string& successMessage) {
-    const auto wish = newestWish_ = gate_->newWish();
+    const auto wish = gate_->newWish();
     tasks_.run(
         TaskPriority::userInitiated,
         [&helper = helper_, otherLetsGo = holder_.otherLettingGo(), gate = gate_, wish,
@@ -216,7 +217,7 @@ void FanRequests::publish(const Outcome& outcome, Report report,
 }
 
 void FanRequests::conclude(const Outcome& outcome, DispatchGate::Wish wish) {
-    if (wish == newestWish_ && outcome.kind != Outcome::Kind::withdrawn) {
+    if (gate_->isNewest(wish) && outcome.kind != Outcome::Kind::withdrawn) {
         const HelperResponse* refusal = outcome.refusal();
         const bool isGuarded = refusal != nullptr && refusal->guard;
         if (isGuarded) {
@@ -260,40 +261,25 @@ void FanRequests::carryOutStep(FanSupervisor::Step step) {
 
 void FanRequests::tell(FanSupervisor::Notice notice) {
     using Notice = FanSupervisor::Notice;
-    if (notice != Notice::none) {
-        isFailureReported_ = false;
-    }
-    const std::string freed = "Der Helper hat die Lüfter freigegeben. " + failure_.value_or("");
-    switch (notice) {
-    case Notice::none:
-        return;
-    case Notice::blind:
-        Q_EMIT reported("Die Temperatur der Kurve ist nicht lesbar. Bis sie es wieder ist, gehen "
-                        "die Lüfter auf macOS-Automatik.",
-                        true);
-        return;
-    case Notice::seeing:
-        Q_EMIT reported("Die Temperatur der Kurve ist wieder lesbar.", false);
-        return;
-    case Notice::unfollowed:
-        Q_EMIT reported(failure_ ? "Die Lüfter folgen nicht: " + *failure_
-                                 : "Die Lüfter folgen nicht, obwohl der Helper es gemeldet hat. "
-                                   "Vermutlich stellt sie ein anderes Programm.",
-                        true);
-        return;
-    case Notice::followed:
-        Q_EMIT reported("Die Lüfter folgen wieder.", false);
-        return;
-    case Notice::guardEndsSpeed:
-        Q_EMIT reported(freed + " Danach bitte neu wählen.", true);
-        return;
-    case Notice::guardPausesCurve:
-        Q_EMIT reported(freed + " Danach steuert wieder die Kurve.", true);
-        return;
-    case Notice::guardEndsCurve:
-        Q_EMIT reported(freed + " Danach bitte neu wählen: Es war schon das zweite Mal.", true);
+    if (notice == Notice::none) {
         return;
     }
+    const std::string reason = failure_.value_or("");
+    const std::string freed = "Der Helper hat die Lüfter freigegeben. " + reason + " Danach ";
+    const std::map<Notice, std::string> sentences{
+        {Notice::blind, "Die Temperatur der Kurve ist nicht lesbar. Bis sie es wieder ist, gehen "
+                        "die Lüfter auf macOS-Automatik."},
+        {Notice::seeing, "Die Temperatur der Kurve ist wieder lesbar."},
+        {Notice::unfollowed, failure_ ? "Die Lüfter folgen nicht: " + reason
+                                      : "Die Lüfter folgen nicht, obwohl der Helper es gemeldet "
+                                        "hat. Vermutlich stellt sie ein anderes Programm."},
+        {Notice::followed, "Die Lüfter folgen wieder."},
+        {Notice::guardEndsSpeed, freed + "bitte neu wählen."},
+        {Notice::guardPausesCurve, freed + "steuert wieder die Kurve."},
+        {Notice::guardEndsCurve, freed + "bitte neu wählen: Es war schon das zweite Mal."},
+    };
+    isFailureReported_ = false;
+    Q_EMIT reported(sentences.at(notice), notice != Notice::seeing && notice != Notice::followed);
 }
 
 } // namespace ventaro

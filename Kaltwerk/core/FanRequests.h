@@ -107,7 +107,6 @@ private:
     FanSupervisor supervisor_;
     bool canTakeOver_ = false;
     std::int64_t tick_ = 0;              ///< of the last readout
-    std::uint64_t newestWish_ = 0;       ///< the gate's
     bool isFailureReported_ = false;     ///< since the last success
     std::optional<std::string> failure_; ///< of the newest dispatch that has ended
     FanTargets lastTargets_;

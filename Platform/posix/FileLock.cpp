@@ -5,7 +5,9 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
 #include <system_error>
+#include <thread>
 
 namespace ventaro {
 
@@ -19,6 +21,18 @@ FileDescriptor tryLockFile(const std::filesystem::path& path) {
         return {};
     }
     throw std::system_error(errno, std::generic_category(), path.string());
+}
+
+bool staysLocked(const std::filesystem::path& path) {
+    constexpr int looks = 10;
+    constexpr std::chrono::milliseconds pause(50);
+    for (int look = 0; look < looks; ++look) {
+        if (tryLockFile(path)) {
+            return false;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
 }
 
 } // namespace ventaro

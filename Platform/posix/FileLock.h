@@ -11,4 +11,8 @@ namespace ventaro {
 /// holds the lock. Throws std::system_error if there can be none, also if `path` is a link.
 FileDescriptor tryLockFile(const std::filesystem::path& path);
 
+/// Whether another descriptor holds the lock, and goes on holding it for half a second: that of a
+/// process that was killed is freed a moment after its other files are closed. Throws as above.
+bool staysLocked(const std::filesystem::path& path);
+
 } // namespace ventaro

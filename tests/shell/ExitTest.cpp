@@ -83,19 +83,18 @@ TEST_F(ExitTest, SaysSoWhenTheFansStayForced) {
 
 TEST_F(ExitTest, TheGuardActsOnceAndOnlyIfItMust) {
     const auto gate = std::make_shared<DispatchGate>();
-    const auto yes = [] { return true; };
-    ExitGuard guard(client_, gate, yes);
+    const auto handBack = [this] { client_.resetAllFans(); };
+    ExitGuard guard(gate, handBack);
     guard.handFansBack();
     guard.handFansBack();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping", "reset"));
     EXPECT_TRUE(gate->isClosed()) << "no request comes after the reset";
-    ExitGuard(client_, gate, [] { return false; }).handFansBack();
-    ExitGuard disarmed(client_, gate, yes);
+    ExitGuard disarmed(gate, handBack);
     disarmed.disarm();
     disarmed.handFansBack();
     EXPECT_THAT(helper_.taken(), IsEmpty());
     helper_.setAnswer([](const HelperRequest&) { return RecordingHelper::accept("neu", 2); });
-    ExitGuard(client_, gate, yes).handFansBack();
+    ExitGuard(gate, handBack).handFansBack();
     EXPECT_THAT(helper_.taken(), ElementsAre("ping"));
 }
 

@@ -1,7 +1,6 @@
 #include "ExitGuard.h"
 
 #include "DispatchGate.h"
-#include "HelperClient.h"
 
 #include <cstdlib>
 #include <exception>
@@ -21,9 +20,8 @@ void atExit() {
 
 } // namespace
 
-ExitGuard::ExitGuard(const HelperClient& helper, std::shared_ptr<DispatchGate> gate,
-                     std::function<bool()> isWished)
-    : helper_(helper), gate_(std::move(gate)), isWished_(std::move(isWished)) {
+ExitGuard::ExitGuard(std::shared_ptr<DispatchGate> gate, std::function<void()> handBack)
+    : gate_(std::move(gate)), handBack_(std::move(handBack)) {
     [[maybe_unused]] static const int registered = std::atexit(atExit);
     present = this;
 }
@@ -36,9 +34,7 @@ void ExitGuard::handFansBack() noexcept {
     }
     try {
         gate_->close();
-        if (isWished_() && helper_.isDaemonActive()) {
-            helper_.sendSocketRequest({HelperAction::resetAllAuto, std::nullopt, std::nullopt});
-        }
+        handBack_();
     } catch (const std::exception&) {
         // Nobody is left to be told.
     }

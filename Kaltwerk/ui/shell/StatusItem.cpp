@@ -13,12 +13,11 @@ StatusItem::StatusItem(DesktopIntegration& desktop, FanControllerViewModel& cont
       note_(std::move(note)),
       menu_(controller, note_),
       item_(desktop.makeStatusItem(menu_.menu(), text())) {
-    connect(&controller, &FanControllerViewModel::menuBarSummaryTextChanged, this,
-            [this] { item_->setText(text()); });
-    connect(&controller, &FanControllerViewModel::isSmcLostChanged, this,
-            [this] { item_->setText(text()); });
-    connect(&controller, &FanControllerViewModel::isCpuTempKnownChanged, this,
-            [this] { item_->setText(text()); });
+    for (const auto changed : {&FanControllerViewModel::menuBarSummaryTextChanged,
+                               &FanControllerViewModel::isSmcLostChanged,
+                               &FanControllerViewModel::isCpuTempKnownChanged}) {
+        connect(&controller, changed, this, [this] { item_->setText(text()); });
+    }
     connect(item_.get(), &DesktopStatusItem::quitRequested, this, &StatusItem::quitRequested);
     connect(item_.get(), &DesktopStatusItem::pressed, this, &StatusItem::pressed);
     connect(item_.get(), &DesktopStatusItem::activated, this, &StatusItem::activated);

@@ -375,7 +375,7 @@ FocusScope {
                 fontSize: 11
                 onClicked: {
                     popover.actionStarted();
-                    profiles.selectSystemAuto();
+                    popover.viewModel.returnToAutomatic();
                 }
             }
             PushButton {

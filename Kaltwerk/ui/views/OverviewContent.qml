@@ -80,7 +80,7 @@ Column {
                 anchors.bottom: parent.bottom
                 symbol: "arrow.counterclockwise"
                 text: "macOS-Auto"
-                onClicked: profiles.selectSystemAuto()
+                onClicked: overview.viewModel.returnToAutomatic()
             }
         }
         AdaptiveGrid {

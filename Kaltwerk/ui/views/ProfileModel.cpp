@@ -80,6 +80,4 @@ void ProfileModel::select(int row) {
     }
 }
 
-void ProfileModel::selectSystemAuto() { viewModel()->selectProfile(ControlProfile::systemAuto); }
-
 } // namespace ventaro

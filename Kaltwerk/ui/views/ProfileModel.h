@@ -24,7 +24,6 @@ public:
 
     /// Has the controller select the profile of this row; nothing for a row that there is not.
     Q_INVOKABLE void select(int row);
-    Q_INVOKABLE void selectSystemAuto();
 
 Q_SIGNALS:
     void activeChanged();
